@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVariantList>
+#include <optional>
+
+// The host program's command line, turned into what the component needs.
+struct Aufruf
+{
+    enum class Art { Kontenstamm, Kreditoren, Init, Demo, Hilfe };
+
+    Art art = Art::Kontenstamm;
+    QString datenbank; // empty: the demo database in the user's data directory
+    std::optional<int> jahr; // empty: the latest booking year of the database
+    std::optional<int> verarbeitungsjahr;
+    bool nurAnzeige = false;
+    QString hilfedatei;
+};
+
+// Reads the arguments (without the program name). Returns the call, or sets `fehler` to a German
+// message for the user and returns nothing.
+std::optional<Aufruf> befehlszeileLesen(const QStringList &argumente, QString &fehler);
+
+// The help text of --help.
+QString befehlszeilenHilfe();
+
+// The call-information array for zelKontenStamm (indices 0 to 100).
+QVariantList aufrufInfo(const Aufruf &aufruf, int jahr);

@@ -1,0 +1,104 @@
+// kontenstamm: the host program. Turns its command line into the call information and runs the
+// component, as the suite's programs do.
+#include "Befehlszeile.h"
+#include "component/zelKontenStamm.h"
+#include "frame/Demodaten.h"
+#include "platform/core/RuntimeError.h"
+#include "platform/storage/Database.h"
+#include "platform/storage/Schema.h"
+#include "platform/ui/Fehlerfalle.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QTextStream>
+
+using platform::RuntimeError;
+using platform::storage::Database;
+
+namespace {
+
+QTextStream &err()
+{
+    static QTextStream s(stderr);
+    return s;
+}
+
+QString demoPfad()
+{
+    const QString ordner = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    QDir().mkpath(ordner);
+    return QDir(ordner).filePath(QStringLiteral("demo-kontenstamm.zdb"));
+}
+
+// A new database at `ort`: an encrypted file, or the tables in an existing PostgreSQL database.
+std::shared_ptr<Database> neueDatenbank(const QString &ort, bool mitDemodaten)
+{
+    auto db = Database::istPostgresUri(ort) ? Database::open(ort) : Database::create(ort);
+    if (mitDemodaten)
+        frame::demoDatenbankAnlegen(*db);
+    else
+        platform::storage::schemaAnlegen(*db);
+    return db;
+}
+
+int letztesBuchungsjahr(Database &db)
+{
+    return db.scalar(QStringLiteral("SELECT max(KontoJJ) FROM ObjKanzleiKontenstamm")).toInt();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    platform::Anwendung app(argc, argv);
+    app.setApplicationName(QStringLiteral("zepKontenStamm"));
+    app.setOrganizationName(QStringLiteral("zep"));
+
+    QString fehler;
+    const auto aufruf = befehlszeileLesen(app.arguments().mid(1), fehler);
+    if (!aufruf) {
+        err() << fehler << Qt::endl;
+        return 2;
+    }
+    if (aufruf->art == Aufruf::Art::Hilfe) {
+        QTextStream(stdout) << befehlszeilenHilfe();
+        return 0;
+    }
+
+    Aufruf a = *aufruf;
+    try {
+        if (a.art == Aufruf::Art::Init || a.art == Aufruf::Art::Demo) {
+            auto db = neueDatenbank(a.datenbank, a.art == Aufruf::Art::Demo);
+            QTextStream(stdout) << frame::zusammenfassung(*db);
+            return 0;
+        }
+        std::shared_ptr<Database> db;
+        if (a.datenbank.isEmpty()) {
+            a.datenbank = demoPfad();
+            db = QFileInfo::exists(a.datenbank) ? Database::open(a.datenbank)
+                                                : neueDatenbank(a.datenbank, true);
+        } else {
+            db = Database::open(a.datenbank);
+        }
+        QTextStream(stdout) << frame::zusammenfassung(*db);
+        const int jahr = a.jahr.value_or(letztesBuchungsjahr(*db));
+        if (jahr == 0 && !a.jahr) {
+            err() << "Die Datenbank enthält noch kein Buchungsjahr; bitte --jahr angeben."
+                  << Qt::endl;
+            return 2;
+        }
+        if (a.art == Aufruf::Art::Kreditoren) {
+            err() << "Der Kreditoren-Kontenstamm ist in dieser Version noch nicht enthalten."
+                  << Qt::endl;
+            return 2;
+        }
+        QVariantList info = aufrufInfo(a, jahr);
+        zelKontenStamm komponente;
+        komponente.Kontenstamm_Aufruf(info);
+    } catch (const RuntimeError &e) {
+        err() << "Fehler " << e.nummer() << ": " << e.beschreibung() << Qt::endl;
+        return 2;
+    }
+    return 0;
+}

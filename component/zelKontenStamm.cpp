@@ -1,0 +1,130 @@
+#include "zelKontenStamm.h"
+
+#include "accounts/frmKontenStamm.h"
+#include "frame/Fehlerbericht.h"
+#include "frame/mdlKontenStamm.h"
+#include "platform/core/RuntimeError.h"
+#include "platform/core/VbWerte.h"
+#include "platform/ui/MsgBox.h"
+
+#include <QWidget>
+
+using namespace mdlKontenStamm;
+using platform::RuntimeError;
+namespace vb = platform::vb;
+
+namespace {
+
+// A slot of the host's array, with the runtime's bounds check.
+const QVariant &aufrufSlot(const QVariantList &info, int index)
+{
+    if (index < 0 || index >= info.size())
+        RuntimeError::ausloesen(platform::fehlernummer::IndexAusserhalb);
+    return info.at(index);
+}
+
+} // namespace
+
+zelKontenStamm::zelKontenStamm(QObject *parent)
+    : QObject(parent)
+{
+    AufrufInfo = QVariantList(AufrufInfoGroesse);
+}
+
+zelKontenStamm::~zelKontenStamm()
+{
+    delete m_frmKontenStamm.data();
+    emit dllKontenStammEvent(3);
+}
+
+void zelKontenStamm::enden() { }
+
+void zelKontenStamm::Kontenstamm_Aufruf(QVariantList &Info)
+{
+    AufrufInfo = Info;
+    if (vb::gleich(aufrufSlot(AufrufInfo, slot::Zahl2), 98)
+        || vb::gleich(aufrufSlot(AufrufInfo, slot::HostVariante), 2))
+        Sondereinstieg = true;
+
+    DatenbankPfad = vb::CStr(aufrufSlot(AufrufInfo, slot::Datenbank));
+    AufrufText1 = vb::CStr(aufrufSlot(AufrufInfo, slot::Text1));
+    AufrufZahl2 = vb::CInt(aufrufSlot(AufrufInfo, slot::Zahl2));
+
+    AufrufInfo[slot::VerbindungsArt] = aufrufSlot(Info, slot::VerbindungsArt);
+    NurAnzeige = vb::gleich(aufrufSlot(AufrufInfo, slot::Aufrufart), AufrufartNurAnzeige);
+    AufrufText4 = vb::CStr(aufrufSlot(AufrufInfo, slot::VerbindungsArt));
+
+    Buchungsjahr = vb::CInt(aufrufSlot(AufrufInfo, slot::Buchungsjahr));
+    VerarbeitungsBuchungsjahr = vb::CInt(aufrufSlot(AufrufInfo, slot::VerarbeitungsBuchungsjahr));
+
+    if (VerarbeitungsBuchungsjahr == 0) {
+        platform::MsgBox(QStringLiteral("das VerarbeitungsBuchungsjahr = 0\r\n"
+                                        "Aufruf von Kontenstamm abgebrochen"),
+                         platform::vbOKOnly, QStringLiteral("in zelKontenStamm"));
+        return;
+    }
+
+    AktuellesProgramm = QStringLiteral("frmKontenStamm");
+    try {
+        bildschirmLaden();
+        m_frmKontenStamm->exec();
+    } catch (const RuntimeError &e) {
+        frame::FehlerMelden(QStringLiteral("zelKontenStamm, in Kontenstamm_Aufruf"), e);
+    }
+}
+
+void zelKontenStamm::KreditorenKontenstamm_Aufruf(QVariantList &)
+{
+    platform::MsgBox(QStringLiteral("der Kreditorenstamm wurde durch die AdDaten ersetzt"));
+}
+
+void zelKontenStamm::einblenden()
+{
+    if (!m_frmKontenStamm)
+        RuntimeError::ausloesen(platform::fehlernummer::ObjektvariableNichtFestgelegt);
+    m_frmKontenStamm->setVisible(true);
+    m_frmKontenStamm->setWindowState(Qt::WindowNoState);
+}
+
+void zelKontenStamm::ausblenden()
+{
+    if (!m_frmKontenStamm)
+        RuntimeError::ausloesen(platform::fehlernummer::ObjektvariableNichtFestgelegt);
+    m_frmKontenStamm->setVisible(false);
+}
+
+void zelKontenStamm::SetzenFocus()
+{
+    if (!m_frmKontenStamm)
+        RuntimeError::ausloesen(platform::fehlernummer::ObjektvariableNichtFestgelegt);
+    QWidget *aktiv = m_frmKontenStamm->focusWidget();
+    if (!aktiv)
+        RuntimeError::ausloesen(platform::fehlernummer::ObjektvariableNichtFestgelegt);
+    aktiv->setFocus();
+}
+
+bool zelKontenStamm::Programmende_OK() const
+{
+    return mdlKontenStamm::Programmende_OK;
+}
+
+void zelKontenStamm::setProgrammende_OK(bool wert)
+{
+    mdlKontenStamm::Programmende_OK = wert;
+}
+
+void zelKontenStamm::EreignisMelden(qint16 eventnr)
+{
+    emit dllKontenStammEvent(eventnr);
+}
+
+QDialog *zelKontenStamm::bildschirm() const
+{
+    return m_frmKontenStamm;
+}
+
+void zelKontenStamm::bildschirmLaden()
+{
+    if (!m_frmKontenStamm)
+        m_frmKontenStamm = new frmKontenStamm();
+}

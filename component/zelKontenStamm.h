@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QVariantList>
+
+class QDialog;
+
+// The account master component as the suite's host programs see it. A host creates it, hands
+// it the call information and lets it run the general-ledger account master screen modally.
+// Events reach the host through the signals; only dllKontenStammEvent is ever raised (3 when the
+// object is released, and the numbers given to EreignisMelden).
+class Q_DECL_EXPORT zelKontenStamm : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(bool Programmende_OK READ Programmende_OK WRITE setProgrammende_OK)
+
+public:
+    explicit zelKontenStamm(QObject *parent = nullptr);
+    // Unloads the account master screen and raises dllKontenStammEvent(3).
+    ~zelKontenStamm() override;
+
+    // Exists for the host's uniform call protocol; does nothing.
+    Q_INVOKABLE void enden();
+
+    // Runs the general-ledger account master for the call information in Info (slot 0 database,
+    // 7 help file, 9 call kind, 10 booking year, 11 processing year, 42 host variant) and returns
+    // when the screen is closed. Conversion errors of the slots reach the caller as
+    // platform::RuntimeError (9 for a missing slot, 13 for a value that cannot be converted);
+    // errors while the screen runs go to the common error report.
+    Q_INVOKABLE void Kontenstamm_Aufruf(QVariantList &Info);
+
+    // Retired entry: only tells the user that the creditor master has been replaced.
+    Q_INVOKABLE void KreditorenKontenstamm_Aufruf(QVariantList &Info);
+
+    Q_INVOKABLE void einblenden();
+    Q_INVOKABLE void ausblenden();
+    Q_INVOKABLE void SetzenFocus();
+
+    bool Programmende_OK() const;
+    void setProgrammende_OK(bool wert);
+
+    // Not part of the host interface: the screens report events through it.
+    void EreignisMelden(qint16 eventnr);
+
+    // The loaded account master screen, or null.
+    QDialog *bildschirm() const;
+
+signals:
+    void asch();
+    void frmKontenStammEvent(qint16 eventnr);
+    void dllKontenStammEvent(qint16 eventnr);
+    void frmSchlTabEvent(qint16 SchlTabEventNr);
+
+private:
+    void bildschirmLaden();
+
+    QPointer<QDialog> m_frmKontenStamm;
+};

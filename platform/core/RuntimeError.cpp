@@ -1,0 +1,56 @@
+#include "RuntimeError.h"
+
+namespace platform {
+
+RuntimeError::RuntimeError(int nummer, QString beschreibung)
+    : m_nummer(nummer)
+    , m_beschreibung(std::move(beschreibung))
+    , m_what(QStringLiteral("%1: %2").arg(m_nummer).arg(m_beschreibung).toUtf8())
+{}
+
+QString RuntimeError::standardText(int nummer)
+{
+    using namespace fehlernummer;
+    switch (nummer) {
+    case IndexAusserhalb:
+        return QStringLiteral("Index außerhalb des gültigen Bereichs");
+    case Typenkonflikt:
+        return QStringLiteral("Typen unverträglich");
+    case ObjektvariableNichtFestgelegt:
+        return QStringLiteral("Objektvariable oder With-Blockvariable nicht festgelegt");
+    case ObjektNichtErstellbar:
+        return QStringLiteral("Objekterstellung durch ActiveX-Komponente nicht möglich");
+    case KeinAktuellerDatensatz:
+        return QStringLiteral("Kein aktueller Datensatz.");
+    case DoppelterSchluessel:
+        return QStringLiteral("Die Änderungen wurden nicht durchgeführt, da sie zu doppelten "
+                              "Werten im Primärschlüssel führen würden.");
+    case DateiNichtGefunden:
+        return QStringLiteral("Die Datenbankdatei wurde nicht gefunden.");
+    case UngueltigesKennwort:
+        return QStringLiteral("Ungültiges Kennwort: die Datenbank lässt sich mit diesem "
+                              "Kennwort nicht öffnen.");
+    case TabelleNichtGefunden:
+        return QStringLiteral("Die Eingabetabelle oder -abfrage wurde nicht gefunden.");
+    case DatensatzGeaendert:
+        return QStringLiteral("Der Datensatz wurde inzwischen von einem anderen Benutzer "
+                              "geändert oder gelöscht. Ihre Änderung wurde nicht gespeichert.");
+    case DatenbankNichtErreichbar:
+        return QStringLiteral("Die Verbindung zur Datenbank ist unterbrochen.");
+    case FeldNichtGefunden:
+        return QStringLiteral("Element in dieser Auflistung nicht gefunden.");
+    case NichtAktualisierbar:
+        return QStringLiteral("Die Datensatzgruppe ist nicht aktualisierbar.");
+    case KeinEditModus:
+        return QStringLiteral("Aktualisieren oder Abbrechen ohne AddNew oder Edit.");
+    default:
+        return {};
+    }
+}
+
+void RuntimeError::ausloesen(int nummer)
+{
+    throw RuntimeError(nummer, standardText(nummer));
+}
+
+} // namespace platform

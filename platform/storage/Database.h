@@ -1,0 +1,123 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QVariantList>
+
+#include <memory>
+
+namespace platform::storage {
+
+// The database password of the suite's accounting databases.
+inline const QString DBPasswort = QStringLiteral("kellerabteil4");
+
+enum class Engine { SqlCipher, PostgreSql };
+
+// Kind of a value as the engine delivers it. Dates travel as ISO text ("2003-12-31").
+enum class Wertart { Null, Ganzzahl, Kommazahl, Text, Datum };
+
+// A forward-only result of one query. Values are valid until the next call of next().
+// The raw accessors avoid building a QVariant per value (record sets load tens of thousands
+// of rows through them).
+class Cursor
+{
+public:
+    virtual ~Cursor() = default;
+
+    virtual int spaltenAnzahl() const = 0;
+    virtual QString spaltenName(int spalte) const = 0;
+
+    // Advances to the next row; false when there is none.
+    virtual bool next() = 0;
+
+    virtual Wertart art(int spalte) const = 0;
+    virtual qint64 ganzzahl(int spalte) const = 0;
+    virtual double kommazahl(int spalte) const = 0;
+    // UTF-8 bytes of a text or date value.
+    virtual QByteArrayView utf8(int spalte) const = 0;
+
+    // The value as QVariant: null, qlonglong, double, QString or QDate.
+    QVariant wert(int spalte) const;
+};
+
+// One connection to an accounting database: a SQLCipher file or a PostgreSQL database.
+// SQL texts use '?' for parameters on both engines; values are always bound, never spliced.
+// Every failure throws platform::RuntimeError with the number the code relies on
+// (3021, 3022, 3024, 3031, 3078, 3151, 3197, 3265); any other engine error keeps the
+// engine's number and text.
+class Database
+{
+public:
+    virtual ~Database() = default;
+
+    // The shared connection of this process for `ort` (file path or postgresql:// URI),
+    // opened on first use. A file must exist; a wrong or missing key fails with 3031 and
+    // leaves the file unchanged.
+    static std::shared_ptr<Database> open(const QString &ort, const QString &passwort = DBPasswort);
+
+    // A connection of its own, not shared (a second user in tests and stress programs).
+    static std::unique_ptr<Database> openSeparate(const QString &ort,
+                                                  const QString &passwort = DBPasswort);
+
+    // Makes a new, empty database: an encrypted SQLCipher file (4096-byte cipher pages, WAL
+    // journal) or, for a URI, nothing to create (the PostgreSQL database must exist).
+    // Fails when the file exists already.
+    static std::shared_ptr<Database> create(const QString &ort,
+                                            const QString &passwort = DBPasswort);
+
+    // Encrypts an unencrypted SQLite file in place with `passwort`: encrypted copy next to it,
+    // then atomic rename. Every row is kept; a crash leaves either the old or the new file.
+    // Fails with 3031 when the file is encrypted already.
+    static void verschluesseln(const QString &pfad, const QString &passwort = DBPasswort);
+
+    static bool istPostgresUri(const QString &ort);
+
+    virtual Engine engine() const = 0;
+    const QString &ort() const { return m_ort; }
+
+    // Runs a statement; returns the number of rows it changed.
+    virtual qint64 execute(const QString &sql, const QVariantList &params = {}) = 0;
+    virtual std::unique_ptr<Cursor> query(const QString &sql, const QVariantList &params = {}) = 0;
+    // First value of the first row, or a null QVariant.
+    QVariant scalar(const QString &sql, const QVariantList &params = {});
+
+    virtual void begin() = 0;
+    virtual void commit() = 0;
+    virtual void rollback() = 0;
+    virtual bool inTransaction() const = 0;
+
+    // Schema questions; names are compared without regard to ASCII case.
+    virtual bool hasTable(const QString &tabelle) = 0;
+    virtual QStringList columns(const QString &tabelle) = 0;
+    virtual QStringList primaryKey(const QString &tabelle) = 0;
+
+    // Number of server round trips so far (0 for the embedded engine); for benchmarks.
+    virtual qint64 roundTrips() const { return 0; }
+
+protected:
+    explicit Database(QString ort)
+        : m_ort(std::move(ort))
+    {}
+
+private:
+    QString m_ort;
+};
+
+// Rolls back unless committed.
+class Transaktion
+{
+public:
+    explicit Transaktion(Database &db);
+    ~Transaktion();
+    Transaktion(const Transaktion &) = delete;
+    Transaktion &operator=(const Transaktion &) = delete;
+    void commit();
+
+private:
+    Database &m_db;
+    bool m_offen = true;
+};
+
+} // namespace platform::storage

@@ -1,0 +1,129 @@
+#pragma once
+
+#include "Database.h"
+
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QVariantList>
+
+#include <memory>
+#include <vector>
+
+namespace platform::storage {
+
+class Zeilenspeicher;
+
+// One condition of FindFirst: field = value (text compared exactly, numbers by value).
+struct Kriterium
+{
+    QString feld;
+    QVariant wert;
+};
+
+enum class EditMode { Keiner, Bearbeiten, Neu };
+
+// The rows of one query held in memory with a current position, after the record sets of the
+// original's database engine. Rows are packed compactly (tens of thousands of accounts stay
+// small); the current row is decoded once per move.
+//
+// Update and Delete name the row by its table key and check that the stored row still holds
+// the values that were read; a row changed or deleted meanwhile by another connection raises
+// RuntimeError 3197 and writes nothing. Only a query on one table whose key columns are all
+// selected is updatable; otherwise AddNew/Edit/Delete raise 3027.
+//
+// Field names are matched without regard to ASCII case; an unknown name raises 3265.
+// Operations that need a current record raise 3021 when there is none.
+class Recordset
+{
+public:
+    // Runs the query at once.
+    Recordset(std::shared_ptr<Database> db, QString sql, QVariantList params = {});
+    ~Recordset();
+    Recordset(const Recordset &) = delete;
+    Recordset &operator=(const Recordset &) = delete;
+
+    const std::shared_ptr<Database> &database() const { return m_db; }
+    const QString &sql() const { return m_sql; }
+    const QVariantList &params() const { return m_params; }
+    // Table named by the query ("" when not updatable).
+    const QString &tabelle() const { return m_tabelle; }
+
+    int RecordCount() const;
+    bool eof() const;
+    bool bof() const;
+    // Index of the current row (0-based), -1 before the first, RecordCount() after the last.
+    int AbsolutePosition() const;
+
+    void MoveFirst();
+    void MoveLast();
+    void MoveNext();
+    void MovePrevious();
+
+    // Searches from the first row; on a match it becomes current and NoMatch() is false;
+    // otherwise the position stays and NoMatch() is true.
+    void FindFirst(const std::vector<Kriterium> &kriterien);
+    void FindNext(const std::vector<Kriterium> &kriterien);
+    bool NoMatch() const { return m_noMatch; }
+
+    // A bookmark names a row for as long as the record set lives.
+    using Bookmark = qint64;
+    Bookmark bookmark() const;
+    void setBookmark(Bookmark b);
+
+    // A second record set over the same rows with a position of its own; it moves without
+    // raising anything. Edits made through either are seen by both.
+    std::unique_ptr<Recordset> Clone() const;
+
+    // Runs the query again; the first row becomes current.
+    void Requery();
+
+    // Editing. AddNew starts an empty row (all fields null); Update inserts it and appends it
+    // to the rows, the current row stays the one before AddNew. Edit starts changing the current
+    // row; Update writes the changed fields only. CancelUpdate drops pending changes.
+    void AddNew();
+    void Edit();
+    void Update();
+    void CancelUpdate();
+    EditMode editMode() const { return m_editMode; }
+    // Deletes the current row; afterwards there is no current row until the next move, and
+    // MoveNext goes to the row after the deleted one.
+    void Delete();
+
+    // Columns of the result, as the engine names them.
+    QStringList feldnamen() const;
+    int feldIndex(const QString &name) const; // -1 when unknown
+    QVariant feld(const QString &name) const;
+    QVariant feld(int index) const;
+    // Only in AddNew or Edit mode (else 3020).
+    void setFeld(const QString &name, const QVariant &wert);
+    void setFeld(int index, const QVariant &wert);
+    // Fields changed since Edit/AddNew.
+    QStringList geaenderteFelder() const;
+
+    // For a conflict (3197) of the last Update: the stored row as it is now, or an empty list
+    // when it was deleted meanwhile. Field order as feldnamen().
+    QVariantList gespeicherteZeile();
+
+    // Approximate heap bytes held by the rows (for benchmarks).
+    qint64 speicherBytes() const;
+
+private:
+    struct Zustand;
+
+    void laden();
+    void aktuelleZeileLaden();
+
+    std::shared_ptr<Database> m_db;
+    QString m_sql;
+    QVariantList m_params;
+    QString m_tabelle;
+    std::shared_ptr<Zeilenspeicher> m_zeilen;
+    int m_pos = -1;
+    bool m_geloescht = false;
+    bool m_noMatch = false;
+    EditMode m_editMode = EditMode::Keiner;
+    std::unique_ptr<Zustand> m_zustand;
+};
+
+} // namespace platform::storage

@@ -1,0 +1,79 @@
+// The host program's command line and the call information it builds.
+#include "app/Befehlszeile.h"
+
+#include <QTest>
+
+class TestBefehlszeile : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void fehler_data()
+    {
+        QTest::addColumn<QStringList>("argumente");
+        QTest::addColumn<QString>("meldungEnthaelt");
+        QTest::newRow("unknown") << QStringList{"--foo"} << QStringLiteral("Unbekannte Option");
+        QTest::newRow("missing value") << QStringList{"--datenbank"}
+                                       << QStringLiteral("braucht einen Wert");
+        QTest::newRow("value is option") << QStringList{"--jahr", "--nur-anzeige"}
+                                         << QStringLiteral("braucht einen Wert");
+        QTest::newRow("year letters") << QStringList{"--jahr", "zwei"}
+                                      << QStringLiteral("Ungültiges Jahr");
+        QTest::newRow("year too small") << QStringList{"--jahr", "99"}
+                                        << QStringLiteral("Ungültiges Jahr");
+        QTest::newRow("processing year") << QStringList{"--verarbeitungsjahr", "20x3"}
+                                         << QStringLiteral("Ungültiges Jahr");
+        QTest::newRow("init without place") << QStringList{"--init"}
+                                            << QStringLiteral("braucht einen Wert");
+    }
+    void fehler()
+    {
+        QFETCH(QStringList, argumente);
+        QFETCH(QString, meldungEnthaelt);
+        QString meldung;
+        QVERIFY(!befehlszeileLesen(argumente, meldung));
+        QVERIFY2(meldung.contains(meldungEnthaelt), qPrintable(meldung));
+    }
+
+    void aufrufInfoSlots()
+    {
+        QString meldung;
+        const auto a = befehlszeileLesen({"--datenbank", "/tmp/x.zdb", "--jahr", "2025",
+                                          "--nur-anzeige", "--hilfedatei", "/tmp/h.html"},
+                                         meldung);
+        QVERIFY(a);
+        const QVariantList info = aufrufInfo(*a, *a->jahr);
+        QCOMPARE(info.size(), 101);
+        QCOMPARE(info.at(0).toString(), QStringLiteral("/tmp/x.zdb"));
+        QCOMPARE(info.at(7).toString(), QStringLiteral("/tmp/h.html"));
+        QCOMPARE(info.at(9).toInt(), 20);
+        QCOMPARE(info.at(10).toInt(), 2025);
+        QCOMPARE(info.at(11).toInt(), 2025); // processing year defaults to the booking year
+        QCOMPARE(info.at(4).toString(), QStringLiteral("Access 2000;"));
+    }
+
+    void kreditorenNurAnzeige()
+    {
+        QString meldung;
+        const auto a = befehlszeileLesen({"--kreditoren", "--nur-anzeige",
+                                          "--verarbeitungsjahr", "2026"},
+                                         meldung);
+        QVERIFY(a);
+        QCOMPARE(a->art, Aufruf::Art::Kreditoren);
+        const QVariantList info = aufrufInfo(*a, 2025);
+        QCOMPARE(info.at(9).toInt(), 200);
+        QCOMPARE(info.at(11).toInt(), 2026);
+    }
+
+    void hilfe()
+    {
+        QString meldung;
+        const auto a = befehlszeileLesen({"--jahr", "2025", "--help"}, meldung);
+        QVERIFY(a);
+        QCOMPARE(a->art, Aufruf::Art::Hilfe);
+        QVERIFY(befehlszeilenHilfe().contains(QStringLiteral("--kreditoren")));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestBefehlszeile)
+#include "tst_befehlszeile.moc"

@@ -1,0 +1,107 @@
+// The runtime's variant conversions that the call information goes through.
+#include "platform/core/RuntimeError.h"
+#include "platform/core/VbWerte.h"
+
+#include <QTest>
+
+using platform::RuntimeError;
+namespace vb = platform::vb;
+
+class TestVbWerte : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cint_data()
+    {
+        QTest::addColumn<QVariant>("wert");
+        QTest::addColumn<int>("erwartet"); // below -1: the error number, negated
+        QTest::newRow("empty") << QVariant() << 0;
+        QTest::newRow("int") << QVariant(2003) << 2003;
+        QTest::newRow("text") << QVariant(QStringLiteral("2003")) << 2003;
+        QTest::newRow("text blanks") << QVariant(QStringLiteral(" 98 ")) << 98;
+        QTest::newRow("half to even down") << QVariant(2.5) << 2;
+        QTest::newRow("half to even up") << QVariant(3.5) << 4;
+        QTest::newRow("decimal comma") << QVariant(QStringLiteral("7,6")) << 8;
+        QTest::newRow("true") << QVariant(true) << -1;
+        QTest::newRow("max") << QVariant(32767) << 32767;
+        QTest::newRow("overflow") << QVariant(32768) << -6;
+        QTest::newRow("overflow negative") << QVariant(-32769) << -6;
+        QTest::newRow("letters") << QVariant(QStringLiteral("abc")) << -13;
+        QTest::newRow("blank text") << QVariant(QStringLiteral("  ")) << -13;
+        QTest::newRow("null") << QVariant::fromValue(nullptr) << -94;
+        QTest::newRow("list") << QVariant(QVariantList {1}) << -13;
+    }
+    void cint()
+    {
+        QFETCH(QVariant, wert);
+        QFETCH(int, erwartet);
+        if (erwartet < -1) {
+            try {
+                vb::CInt(wert);
+                QFAIL("no error raised");
+            } catch (const RuntimeError &e) {
+                QCOMPARE(e.nummer(), -erwartet);
+                QVERIFY(!e.beschreibung().isEmpty());
+            }
+        } else {
+            QCOMPARE(int(vb::CInt(wert)), erwartet);
+        }
+    }
+
+    void cstr_data()
+    {
+        QTest::addColumn<QVariant>("wert");
+        QTest::addColumn<QString>("erwartet");
+        QTest::newRow("empty") << QVariant() << QString();
+        QTest::newRow("text") << QVariant(QStringLiteral("C:\\daten\\zel.mdb"))
+                              << QStringLiteral("C:\\daten\\zel.mdb");
+        QTest::newRow("int") << QVariant(42) << QStringLiteral("42");
+        QTest::newRow("double") << QVariant(1.5) << QStringLiteral("1,5");
+        QTest::newRow("date") << QVariant(QDate(2003, 1, 31)) << QStringLiteral("31.01.2003");
+    }
+    void cstr()
+    {
+        QFETCH(QVariant, wert);
+        QFETCH(QString, erwartet);
+        QCOMPARE(vb::CStr(wert), erwartet);
+    }
+
+    void cstrNull()
+    {
+        QVERIFY_THROWS_EXCEPTION(RuntimeError, vb::CStr(QVariant::fromValue(nullptr)));
+    }
+
+    void gleich_data()
+    {
+        QTest::addColumn<QVariant>("wert");
+        QTest::addColumn<double>("zahl");
+        QTest::addColumn<bool>("erwartet");
+        QTest::newRow("int equal") << QVariant(98) << 98.0 << true;
+        QTest::newRow("text equal") << QVariant(QStringLiteral("20")) << 20.0 << true;
+        QTest::newRow("empty is zero") << QVariant() << 0.0 << true;
+        QTest::newRow("empty not 2") << QVariant() << 2.0 << false;
+        QTest::newRow("null never") << QVariant::fromValue(nullptr) << 0.0 << false;
+        QTest::newRow("other") << QVariant(21) << 20.0 << false;
+    }
+    void gleich()
+    {
+        QFETCH(QVariant, wert);
+        QFETCH(double, zahl);
+        QFETCH(bool, erwartet);
+        QCOMPARE(vb::gleich(wert, zahl), erwartet);
+    }
+
+    void gleichMitTextRaises13()
+    {
+        try {
+            vb::gleich(QVariant(QStringLiteral("zwei")), 2);
+            QFAIL("no error raised");
+        } catch (const RuntimeError &e) {
+            QCOMPARE(e.nummer(), 13);
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(TestVbWerte)
+#include "tst_vbwerte.moc"
