@@ -6,7 +6,6 @@
 #include <QStringList>
 #include <QVariant>
 #include <QVariantList>
-
 #include <memory>
 #include <vector>
 
@@ -110,20 +109,55 @@ public:
 
 private:
     struct Zustand;
+    // Where a record set stands. The row is held by its id, so that deletes and appends made
+    // through a clone on the shared rows do not shift it to another row.
+    enum class Lage { VorErstem, AufZeile, Geloescht, NachLetztem };
+    struct KlonTag
+    {
+    };
 
+public:
+    // For Clone() only (std::make_unique needs it public).
+    Recordset(KlonTag, const Recordset &quelle);
+
+private:
     void laden();
-    void aktuelleZeileLaden();
+    void abgleichen() const;
+    void positionieren(int index);
+    void ansEnde();
+    void bearbeitungVerwerfen();
+    int aktuellerIndex() const; // 3021 when there is no current row
+    const QVariantList &aktuelleWerte() const;
+    int feldPruefen(const QString &name) const;
+    void aktualisierbarPruefen();
+    QString vergleichsOperator() const;
+    // WHERE text naming the row by its key and its values as read; fills `params`.
+    QString zeilenBedingung(const QVariantList &gelesen, QVariantList &params) const;
+    // The stored row with the given key values, re-read in the columns of the result.
+    QVariantList zeileLesen(const QVariantList &schluesselWerte) const;
+    QVariantList schluesselAus(const QVariantList &werte) const;
+    void suchen(const std::vector<Kriterium> &kriterien, int ab);
+    void neueZeileSpeichern();
+    void geaenderteZeileSpeichern();
 
     std::shared_ptr<Database> m_db;
     QString m_sql;
     QVariantList m_params;
     QString m_tabelle;
+    QString m_tabelleSql; // as the generated statements name it
     std::shared_ptr<Zeilenspeicher> m_zeilen;
-    int m_pos = -1;
-    bool m_geloescht = false;
+    mutable Lage m_lage = Lage::NachLetztem;
+    mutable int m_pos = 0;
+    mutable qint64 m_id = 0;
+    mutable quint64 m_stand = 0;
     bool m_noMatch = false;
     EditMode m_editMode = EditMode::Keiner;
     std::unique_ptr<Zustand> m_zustand;
+    std::vector<int> m_schluessel; // result columns of the table key, empty until needed
+    // The decoded current row, valid while the row keeps its packing.
+    mutable const Zeilenspeicher *m_cacheSpeicher = nullptr;
+    mutable quint32 m_cacheOffset = 0;
+    mutable QVariantList m_cache;
 };
 
 } // namespace platform::storage

@@ -1,0 +1,143 @@
+#include "Database.h"
+
+#include "PostgresDatabase.h"
+#include "SqlCipherDatabase.h"
+#include "platform/core/RuntimeError.h"
+
+#include <QDate>
+#include <QFileInfo>
+#include <QHash>
+
+namespace platform::storage {
+
+namespace {
+
+struct Eintrag
+{
+    std::weak_ptr<Database> db;
+    QString passwort;
+};
+
+// One shared connection per database and process: the key derivation of SQLCipher is costly.
+QHash<QString, Eintrag> &registry()
+{
+    static QHash<QString, Eintrag> r;
+    return r;
+}
+
+QString normalisiert(const QString &ort)
+{
+    if (Database::istPostgresUri(ort))
+        return ort.trimmed();
+    const QFileInfo info(ort);
+    const QString kanonisch = info.canonicalFilePath();
+    return kanonisch.isEmpty() ? info.absoluteFilePath() : kanonisch;
+}
+
+std::unique_ptr<Database> oeffnenNeu(const QString &ort, const QString &passwort)
+{
+    if (Database::istPostgresUri(ort))
+        return PostgresDatabase::oeffnen(ort.trimmed());
+    return SqlCipherDatabase::oeffnen(ort, passwort);
+}
+
+} // namespace
+
+QVariant Cursor::wert(int spalte) const
+{
+    switch (art(spalte)) {
+    case Wertart::Null:
+        return {};
+    case Wertart::Ganzzahl:
+        return QVariant::fromValue<qlonglong>(ganzzahl(spalte));
+    case Wertart::Kommazahl:
+        return kommazahl(spalte);
+    case Wertart::Text:
+        return QString::fromUtf8(utf8(spalte));
+    case Wertart::Datum: {
+        const QString text = QString::fromUtf8(utf8(spalte));
+        // A time part ("2003-12-31 00:00:00") is cut off; anything else stays text.
+        const QDate datum = QDate::fromString(text.left(10), Qt::ISODate);
+        return datum.isValid() ? QVariant(datum) : QVariant(text);
+    }
+    }
+    return {};
+}
+
+std::shared_ptr<Database> Database::open(const QString &ort, const QString &passwort)
+{
+    const QString schluessel = normalisiert(ort);
+    auto &r = registry();
+    const auto it = r.constFind(schluessel);
+    if (it != r.cend()) {
+        if (auto db = it->db.lock()) {
+            // Another password must still prove itself against the file.
+            if (db->engine() == Engine::SqlCipher && it->passwort != passwort)
+                oeffnenNeu(ort, passwort);
+            return db;
+        }
+    }
+    std::shared_ptr<Database> db = oeffnenNeu(ort, passwort);
+    r.insert(schluessel, Eintrag {db, passwort});
+    return db;
+}
+
+std::unique_ptr<Database> Database::openSeparate(const QString &ort, const QString &passwort)
+{
+    return oeffnenNeu(ort, passwort);
+}
+
+std::shared_ptr<Database> Database::create(const QString &ort, const QString &passwort)
+{
+    if (istPostgresUri(ort))
+        return open(ort, passwort);
+    std::shared_ptr<Database> db = SqlCipherDatabase::anlegen(ort, passwort);
+    registry().insert(normalisiert(ort), Eintrag {db, passwort});
+    return db;
+}
+
+void Database::verschluesseln(const QString &pfad, const QString &passwort)
+{
+    SqlCipherDatabase::verschluesseln(pfad, passwort);
+}
+
+bool Database::istPostgresUri(const QString &ort)
+{
+    const QString o = ort.trimmed();
+    return o.startsWith(QLatin1String("postgresql://"), Qt::CaseInsensitive)
+        || o.startsWith(QLatin1String("postgres://"), Qt::CaseInsensitive);
+}
+
+QVariant Database::scalar(const QString &sql, const QVariantList &params)
+{
+    auto cursor = query(sql, params);
+    if (!cursor->next() || cursor->spaltenAnzahl() == 0)
+        return {};
+    return cursor->wert(0);
+}
+
+Transaktion::Transaktion(Database &db)
+    : m_db(db)
+{
+    m_db.begin();
+}
+
+Transaktion::~Transaktion()
+{
+    if (!m_offen)
+        return;
+    try {
+        if (m_db.inTransaction())
+            m_db.rollback();
+    } catch (...) {
+        // A destructor must not throw; a lost connection has rolled back by itself.
+    }
+}
+
+void Transaktion::commit()
+{
+    m_db.commit();
+    m_offen = false;
+}
+
+} // namespace platform::storage

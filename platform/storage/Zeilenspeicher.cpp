@@ -1,0 +1,371 @@
+#include "Zeilenspeicher.h"
+
+#include <QDate>
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <new>
+#include <stdexcept>
+
+namespace platform::storage {
+
+namespace {
+
+enum Tag : uint8_t { TagNull = 0, TagGanzzahl = 1, TagKommazahl = 2, TagText = 3, TagDatum = 4 };
+
+// Largest packing of one value without its text bytes: tag, 10-byte varint.
+constexpr size_t MaxKopf = 11;
+
+inline uint8_t *varintSchreiben(uint8_t *p, quint64 v)
+{
+    while (v >= 0x80) {
+        *p++ = uint8_t(v) | 0x80;
+        v >>= 7;
+    }
+    *p++ = uint8_t(v);
+    return p;
+}
+
+inline const uint8_t *varintLesen(const uint8_t *p, quint64 &v)
+{
+    quint64 ergebnis = 0;
+    int schub = 0;
+    while (*p & 0x80) {
+        ergebnis |= quint64(*p++ & 0x7f) << schub;
+        schub += 7;
+    }
+    v = ergebnis | (quint64(*p++) << schub);
+    return p;
+}
+
+inline quint64 zickzack(qint64 v)
+{
+    return (quint64(v) << 1) ^ quint64(v >> 63);
+}
+
+inline qint64 zurueckZickzack(quint64 v)
+{
+    return qint64(v >> 1) ^ -qint64(v & 1);
+}
+
+QVariant alsVariant(const RohWert &w, bool alsGelesen)
+{
+    switch (w.art) {
+    case Wertart::Null:
+        return {};
+    case Wertart::Ganzzahl:
+        return QVariant::fromValue<qlonglong>(w.ganzzahl);
+    case Wertart::Kommazahl:
+        return w.kommazahl;
+    case Wertart::Text:
+        return QString::fromUtf8(w.text);
+    case Wertart::Datum: {
+        const QString text = QString::fromUtf8(w.text);
+        if (alsGelesen)
+            return text;
+        // As the cursor delivers it: a time part is cut off, anything unreadable stays text.
+        const QDate datum = QDate::fromString(text.left(10), Qt::ISODate);
+        return datum.isValid() ? QVariant(datum) : QVariant(text);
+    }
+    }
+    return {};
+}
+
+} // namespace
+
+uint8_t *Zeilenspeicher::Arena::frei(size_t n)
+{
+    if (m_groesse + n > m_kapazitaet) {
+        const size_t neu = std::max(m_groesse + n, std::max<size_t>(4096, m_kapazitaet * 2));
+        auto *p = static_cast<uint8_t *>(std::realloc(m_daten, neu));
+        if (!p)
+            throw std::bad_alloc();
+        m_daten = p;
+        m_kapazitaet = neu;
+    }
+    return m_daten + m_groesse;
+}
+
+void Zeilenspeicher::Arena::schrumpfen()
+{
+    if (m_groesse == 0 || m_groesse == m_kapazitaet)
+        return;
+    if (auto *p = static_cast<uint8_t *>(std::realloc(m_daten, m_groesse))) {
+        m_daten = p;
+        m_kapazitaet = m_groesse;
+    }
+}
+
+QString asciiKlein(const QString &name)
+{
+    QString s = name;
+    for (QChar &c : s) {
+        if (c >= QLatin1Char('A') && c <= QLatin1Char('Z'))
+            c = QChar(c.unicode() + 32);
+    }
+    return s;
+}
+
+Zeilenspeicher::Zeilenspeicher(qint64 ersteId)
+    : m_naechsteId(ersteId)
+{ }
+
+void Zeilenspeicher::laden(Cursor &cursor)
+{
+    const int n = cursor.spaltenAnzahl();
+    m_namen.clear();
+    m_index.clear();
+    for (int i = 0; i < n; ++i) {
+        m_namen.append(cursor.spaltenName(i));
+    }
+    // With a name twice in the result the first one wins, as field lookups expect.
+    for (int i = n - 1; i >= 0; --i)
+        m_index.insert(asciiKlein(m_namen[i]), i);
+
+    while (cursor.next()) {
+        const size_t anfang = m_daten.size();
+        if (anfang > std::numeric_limits<quint32>::max())
+            throw std::length_error("Zeilenspeicher: mehr als 4 GB Zeilendaten");
+        for (int i = 0; i < n; ++i) {
+            const Wertart art = cursor.art(i);
+            switch (art) {
+            case Wertart::Null: {
+                uint8_t *p = m_daten.frei(1);
+                *p = TagNull;
+                m_daten.fertig(p + 1);
+            } break;
+            case Wertart::Ganzzahl: {
+                uint8_t *p = m_daten.frei(MaxKopf);
+                *p = TagGanzzahl;
+                uint8_t *ende = varintSchreiben(p + 1, zickzack(cursor.ganzzahl(i)));
+                m_daten.fertig(ende);
+                break;
+            }
+            case Wertart::Kommazahl: {
+                uint8_t *p = m_daten.frei(9);
+                *p = TagKommazahl;
+                const double d = cursor.kommazahl(i);
+                std::memcpy(p + 1, &d, 8);
+                m_daten.fertig(p + 9);
+                break;
+            }
+            case Wertart::Text:
+            case Wertart::Datum: {
+                const bool istText = art == Wertart::Text;
+                const QByteArrayView text = cursor.utf8(i);
+                const size_t laenge = size_t(text.size());
+                uint8_t *p = m_daten.frei(MaxKopf + laenge);
+                *p = istText ? TagText : TagDatum;
+                uint8_t *q = varintSchreiben(p + 1, laenge);
+                if (laenge)
+                    std::memcpy(q, text.data(), laenge);
+                q += laenge;
+                m_daten.fertig(q);
+                break;
+            }
+            }
+        }
+        m_zeilen.push_back(Zeile {m_naechsteId++, quint32(anfang)});
+    }
+    // Doubling leaves up to half the arena unused; one copy gives it back.
+    m_daten.schrumpfen();
+    m_zeilen.shrink_to_fit();
+    ++m_stand;
+}
+
+int Zeilenspeicher::spalte(const QString &name) const
+{
+    return m_index.value(asciiKlein(name), -1);
+}
+
+int Zeilenspeicher::untereGrenze(qint64 id) const
+{
+    const auto it = std::lower_bound(m_zeilen.begin(), m_zeilen.end(), id,
+                                     [](const Zeile &z, qint64 w) { return z.id < w; });
+    return int(it - m_zeilen.begin());
+}
+
+int Zeilenspeicher::finden(qint64 id) const
+{
+    const int i = untereGrenze(id);
+    return i < anzahl() && m_zeilen[size_t(i)].id == id ? i : -1;
+}
+
+const uint8_t *Zeilenspeicher::ueberspringen(const uint8_t *p) const
+{
+    quint64 v = 0;
+    switch (*p++) {
+    case TagGanzzahl:
+        return varintLesen(p, v);
+    case TagKommazahl:
+        return p + 8;
+    case TagText:
+    case TagDatum:
+        p = varintLesen(p, v);
+        return p + v;
+    default:
+        return p;
+    }
+}
+
+RohWert Zeilenspeicher::feld(int zeile, int spalte) const
+{
+    const uint8_t *p = m_daten.data() + m_zeilen[size_t(zeile)].offset;
+    for (int i = 0; i < spalte; ++i)
+        p = ueberspringen(p);
+    RohWert w;
+    quint64 v = 0;
+    switch (*p++) {
+    case TagGanzzahl:
+        varintLesen(p, v);
+        w.art = Wertart::Ganzzahl;
+        w.ganzzahl = zurueckZickzack(v);
+        break;
+    case TagKommazahl:
+        w.art = Wertart::Kommazahl;
+        std::memcpy(&w.kommazahl, p, 8);
+        break;
+    case TagText:
+    case TagDatum:
+        w.art = p[-1] == TagText ? Wertart::Text : Wertart::Datum;
+        p = varintLesen(p, v);
+        w.text = QByteArrayView(reinterpret_cast<const char *>(p), qsizetype(v));
+        break;
+    default:
+        break;
+    }
+    return w;
+}
+
+QVariantList Zeilenspeicher::zeile(int zeile, bool alsGelesen) const
+{
+    QVariantList werte;
+    const int n = spaltenAnzahl();
+    werte.reserve(n);
+    // Walks the packing once instead of skipping from the start for every field.
+    const uint8_t *p = m_daten.data() + m_zeilen[size_t(zeile)].offset;
+    for (int i = 0; i < n; ++i) {
+        RohWert w;
+        quint64 v = 0;
+        const uint8_t tag = *p++;
+        switch (tag) {
+        case TagGanzzahl:
+            p = varintLesen(p, v);
+            w.art = Wertart::Ganzzahl;
+            w.ganzzahl = zurueckZickzack(v);
+            break;
+        case TagKommazahl:
+            w.art = Wertart::Kommazahl;
+            std::memcpy(&w.kommazahl, p, 8);
+            p += 8;
+            break;
+        case TagText:
+        case TagDatum:
+            w.art = tag == TagText ? Wertart::Text : Wertart::Datum;
+            p = varintLesen(p, v);
+            w.text = QByteArrayView(reinterpret_cast<const char *>(p), qsizetype(v));
+            p += v;
+            break;
+        default:
+            break;
+        }
+        werte.append(alsVariant(w, alsGelesen));
+    }
+    return werte;
+}
+
+quint32 Zeilenspeicher::packen(const QVariantList &werte)
+{
+    const size_t anfang = m_daten.size();
+    if (anfang > std::numeric_limits<quint32>::max())
+        throw std::length_error("Zeilenspeicher: mehr als 4 GB Zeilendaten");
+    for (int i = 0; i < spaltenAnzahl(); ++i) {
+        const QVariant wert = i < werte.size() ? werte[i] : QVariant();
+        if (wert.isNull()) {
+            {
+                uint8_t *p = m_daten.frei(1);
+                *p = TagNull;
+                m_daten.fertig(p + 1);
+            }
+            continue;
+        }
+        switch (wert.typeId()) {
+        case QMetaType::Bool:
+        case QMetaType::Int:
+        case QMetaType::UInt:
+        case QMetaType::Long:
+        case QMetaType::LongLong:
+        case QMetaType::ULong:
+        case QMetaType::ULongLong:
+        case QMetaType::Short:
+        case QMetaType::UShort:
+        case QMetaType::Char:
+        case QMetaType::SChar:
+        case QMetaType::UChar: {
+            // True is -1 as everywhere in the stored data.
+            const qint64 zahl
+                = wert.typeId() == QMetaType::Bool ? (wert.toBool() ? -1 : 0) : wert.toLongLong();
+            uint8_t *p = m_daten.frei(MaxKopf);
+            *p = TagGanzzahl;
+            uint8_t *ende = varintSchreiben(p + 1, zickzack(zahl));
+            m_daten.fertig(ende);
+            break;
+        }
+        case QMetaType::Double:
+        case QMetaType::Float: {
+            uint8_t *p = m_daten.frei(9);
+            *p = TagKommazahl;
+            const double d = wert.toDouble();
+            std::memcpy(p + 1, &d, 8);
+            m_daten.fertig(p + 9);
+            break;
+        }
+        default: {
+            const bool datum = wert.typeId() == QMetaType::QDate;
+            const QByteArray text
+                = datum ? wert.toDate().toString(Qt::ISODate).toUtf8() : wert.toString().toUtf8();
+            const size_t laenge = size_t(text.size());
+            uint8_t *p = m_daten.frei(MaxKopf + laenge);
+            *p = datum ? TagDatum : TagText;
+            uint8_t *q = varintSchreiben(p + 1, laenge);
+            if (laenge)
+                std::memcpy(q, text.constData(), laenge);
+            q += laenge;
+            m_daten.fertig(q);
+            break;
+        }
+        }
+    }
+    return quint32(anfang);
+}
+
+void Zeilenspeicher::anhaengen(const QVariantList &werte)
+{
+    const quint32 offset = packen(werte);
+    m_zeilen.push_back(Zeile {m_naechsteId++, offset});
+    ++m_stand;
+}
+
+void Zeilenspeicher::ersetzen(int zeile, const QVariantList &werte)
+{
+    const quint32 offset = packen(werte);
+    m_zeilen[size_t(zeile)].offset = offset;
+    ++m_stand;
+}
+
+void Zeilenspeicher::entfernen(int zeile)
+{
+    m_zeilen.erase(m_zeilen.begin() + zeile);
+    ++m_stand;
+}
+
+qint64 Zeilenspeicher::speicherBytes() const
+{
+    qint64 namen = 0;
+    for (const QString &n : m_namen)
+        namen += n.size() * 2 + 32;
+    return qint64(m_daten.capacity()) + qint64(m_zeilen.capacity() * sizeof(Zeile)) + namen
+        + qint64(m_index.capacity()) * 32;
+}
+
+} // namespace platform::storage

@@ -1,0 +1,119 @@
+#pragma once
+
+#include "Database.h"
+
+#include <QByteArrayView>
+#include <QHash>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QVariantList>
+#include <cstdint>
+#include <cstdlib>
+#include <vector>
+
+namespace platform::storage {
+
+// One value of a packed row, viewed in place (texts point into the arena).
+struct RohWert
+{
+    Wertart art = Wertart::Null;
+    qint64 ganzzahl = 0;
+    double kommazahl = 0;
+    QByteArrayView text;
+};
+
+// The rows of one query, packed into one byte arena: per value a tag byte, then a zigzag
+// varint (integers), 8 bytes (doubles) or a varint length and UTF-8 bytes (texts and dates,
+// dates as their text). A QVariantList per row would cost several times the memory.
+// Rows keep a stable id (the bookmark) while others are deleted or appended; ids only grow,
+// so the row vector stays sorted by id. A replaced row is packed anew at the arena's end.
+class Zeilenspeicher
+{
+public:
+    explicit Zeilenspeicher(qint64 ersteId = 1);
+
+    // Takes the columns and every remaining row of the cursor.
+    void laden(Cursor &cursor);
+
+    const QStringList &namen() const { return m_namen; }
+    int spaltenAnzahl() const { return int(m_namen.size()); }
+    // Index of a column, ASCII case ignored; -1 when unknown.
+    int spalte(const QString &name) const;
+
+    int anzahl() const { return int(m_zeilen.size()); }
+    qint64 id(int zeile) const { return m_zeilen[size_t(zeile)].id; }
+    // Offset of the row's packing; changes when the row is replaced.
+    quint32 offset(int zeile) const { return m_zeilen[size_t(zeile)].offset; }
+    // First row whose id is not below `id` (anzahl() when none).
+    int untereGrenze(qint64 id) const;
+    // Row of `id`, or -1.
+    int finden(qint64 id) const;
+    qint64 naechsteId() const { return m_naechsteId; }
+
+    // Values of a row: null, qlonglong, double, QString, QDate. With `alsGelesen` a date stays
+    // the text the engine delivered, so that it binds back unchanged.
+    QVariantList zeile(int zeile, bool alsGelesen = false) const;
+    RohWert feld(int zeile, int spalte) const;
+
+    void anhaengen(const QVariantList &werte);
+    void ersetzen(int zeile, const QVariantList &werte);
+    void entfernen(int zeile);
+
+    // Grows with every change of the rows; a record set compares it to its own copy to know
+    // when its position must be looked up again.
+    quint64 stand() const { return m_stand; }
+
+    qint64 speicherBytes() const;
+
+    // Filled on the first edit by the record set (shared by clones).
+    bool metadatenGeladen = false;
+    std::vector<bool> tabellenSpalte;
+
+private:
+    // A growable byte buffer that, unlike std::vector, does not zero what it reserves: the
+    // load loop reserves the largest packing of a value and keeps only what it wrote.
+    class Arena
+    {
+    public:
+        Arena() = default;
+        ~Arena() { std::free(m_daten); }
+        Arena(const Arena &) = delete;
+        Arena &operator=(const Arena &) = delete;
+
+        // Room for `n` more bytes at the end; valid until the next call.
+        uint8_t *frei(size_t n);
+        // Ends the bytes written since frei() at `ende`.
+        void fertig(const uint8_t *ende) { m_groesse = size_t(ende - m_daten); }
+        void schrumpfen();
+        const uint8_t *data() const { return m_daten; }
+        size_t size() const { return m_groesse; }
+        size_t capacity() const { return m_kapazitaet; }
+
+    private:
+        uint8_t *m_daten = nullptr;
+        size_t m_groesse = 0;
+        size_t m_kapazitaet = 0;
+    };
+
+    struct Zeile
+    {
+        qint64 id;
+        quint32 offset;
+    };
+
+    quint32 packen(const QVariantList &werte);
+    const uint8_t *ueberspringen(const uint8_t *p) const;
+
+    QStringList m_namen;
+    QHash<QString, int> m_index;
+    Arena m_daten;
+    std::vector<Zeile> m_zeilen;
+    qint64 m_naechsteId;
+    quint64 m_stand = 0;
+};
+
+// Lower-cases ASCII letters only: the engines match names so, umlauts are left alone.
+QString asciiKlein(const QString &name);
+
+} // namespace platform::storage

@@ -1,0 +1,584 @@
+#include "common/TestDatenbank.h"
+#include "platform/core/RuntimeError.h"
+#include "platform/storage/Database.h"
+#include "platform/storage/PostgresDatabase.h"
+
+#include <QCryptographicHash>
+#include <QDate>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QTest>
+
+using platform::RuntimeError;
+using platform::storage::Cursor;
+using platform::storage::Database;
+using platform::storage::Engine;
+using platform::storage::PostgresDatabase;
+using platform::storage::Transaktion;
+using platform::storage::Wertart;
+namespace fehlernummer = platform::fehlernummer;
+
+namespace {
+
+QByteArray dateiHash(const QString &pfad)
+{
+    QFile f(pfad);
+    if (!f.open(QIODevice::ReadOnly))
+        return {};
+    return QCryptographicHash::hash(f.readAll(), QCryptographicHash::Sha256);
+}
+
+bool nebendateienDa(const QString &pfad)
+{
+    return QFileInfo::exists(pfad + QStringLiteral("-wal"))
+        || QFileInfo::exists(pfad + QStringLiteral("-shm"))
+        || QFileInfo::exists(pfad + QStringLiteral("-journal"));
+}
+
+// Runs `f` and returns the number of the RuntimeError it throws, or 0.
+template<typename F> int fehlerVon(F &&f, QString *beschreibung = nullptr)
+{
+    try {
+        f();
+    } catch (const RuntimeError &e) {
+        if (beschreibung)
+            *beschreibung = e.beschreibung();
+        return e.nummer();
+    }
+    return 0;
+}
+
+qint64 anzahl(Database &db, const QString &tabelle)
+{
+    return db.scalar(QStringLiteral("SELECT count(*) FROM %1").arg(tabelle)).toLongLong();
+}
+
+// An SQLCipher file with one table and two rows, closed again.
+QString dateiMitDaten(const QString &passwort = platform::storage::DBPasswort)
+{
+    const QString pfad = testhilfe::neueDatenbank(Engine::SqlCipher) + QStringLiteral(".b");
+    auto db = Database::create(pfad, passwort);
+    db->execute(QStringLiteral("CREATE TABLE Salden (SaldoNr INTEGER PRIMARY KEY, Text TEXT)"));
+    db->execute(QStringLiteral("INSERT INTO Salden VALUES (1, 'Grünfläche'), (2, 'Öl')"));
+    return pfad;
+}
+
+} // namespace
+
+class tst_Database : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void wertRundreise_data();
+    void wertRundreise();
+    void injektionBleibtText_data();
+    void injektionBleibtText();
+    void executeZaehltGeaenderteZeilen();
+    void scalarOhneZeileIstNull();
+    void fehlerZuordnung_data();
+    void fehlerZuordnung();
+    void andererFehlerBehaeltEngineText();
+    void falscheParameterzahl();
+    void transaktionRolltZurueck();
+    void schemaFragen();
+    void registryTeiltVerbindung();
+    void gleicheAnweisungZweiCursor();
+    void cursorUeberlebtVerbindung();
+    void roundTripsZaehlen();
+    void verbindungsabbruchUndWiederherstellung();
+
+    void falscherSchluesselLaesstDateiUnveraendert_data();
+    void falscherSchluesselLaesstDateiUnveraendert();
+    void fehlenderOrt();
+    void createAufVorhandeneDatei();
+    void verschluesselnBehaeltZeilen();
+    void platzhalterUmsetzen_data();
+    void platzhalterUmsetzen();
+
+private:
+    QString m_ort;
+    std::shared_ptr<Database> m_db;
+};
+
+void tst_Database::init()
+{
+    m_ort = testhilfe::neueDatenbank();
+    m_db = Database::open(m_ort);
+    m_db->execute(QStringLiteral("CREATE TABLE Konten (KontoNr VARCHAR(400) NOT NULL, "
+                                 "KontoJJ INTEGER NOT NULL, KontoBezeichnung VARCHAR(400), "
+                                 "KontoTypus SMALLINT, KontoBetrag DOUBLE PRECISION, "
+                                 "KontoDatum DATE, PRIMARY KEY (KontoNr, KontoJJ))"));
+    m_db->execute(QStringLiteral("CREATE TABLE x (y INTEGER)"));
+}
+
+void tst_Database::cleanup()
+{
+    m_db.reset();
+}
+
+void tst_Database::wertRundreise_data()
+{
+    QTest::addColumn<QString>("spalte");
+    QTest::addColumn<QVariant>("eingabe");
+    QTest::addColumn<QVariant>("erwartet");
+    QTest::addColumn<int>("art");
+
+    const auto g = int(Wertart::Ganzzahl);
+    QTest::newRow("ganzzahl") << "KontoTypus" << QVariant(7) << QVariant(7LL) << g;
+    QTest::newRow("negativ") << "KontoTypus" << QVariant(-32768) << QVariant(-32768LL) << g;
+    QTest::newRow("bool wahr") << "KontoTypus" << QVariant(true) << QVariant(-1LL) << g;
+    QTest::newRow("bool falsch") << "KontoTypus" << QVariant(false) << QVariant(0LL) << g;
+    QTest::newRow("null") << "KontoTypus" << QVariant() << QVariant() << int(Wertart::Null);
+    QTest::newRow("kommazahl") << "KontoBetrag" << QVariant(1234.56) << QVariant(1234.56)
+                               << int(Wertart::Kommazahl);
+    QTest::newRow("ganze kommazahl")
+        << "KontoBetrag" << QVariant(3) << QVariant(3.0) << int(Wertart::Kommazahl);
+    QTest::newRow("datum") << "KontoDatum" << QVariant(QDate(2003, 12, 31))
+                           << QVariant(QDate(2003, 12, 31)) << int(Wertart::Datum);
+    QTest::newRow("umlaute") << "KontoBezeichnung" << QVariant(QStringLiteral("Äußere Öl-ÜBß"))
+                             << QVariant(QStringLiteral("Äußere Öl-ÜBß")) << int(Wertart::Text);
+    QTest::newRow("leer") << "KontoBezeichnung" << QVariant(QString("")) << QVariant(QString(""))
+                          << int(Wertart::Text);
+}
+
+void tst_Database::wertRundreise()
+{
+    QFETCH(QString, spalte);
+    QFETCH(QVariant, eingabe);
+    QFETCH(QVariant, erwartet);
+    QFETCH(int, art);
+
+    m_db->execute(
+        QStringLiteral("INSERT INTO Konten (KontoNr, KontoJJ, %1) VALUES (?, ?, ?)").arg(spalte),
+        {QStringLiteral("0001"), 2003, eingabe});
+    auto c = m_db->query(
+        QStringLiteral("SELECT %1 FROM Konten WHERE KontoNr = ? AND KontoJJ = ?").arg(spalte),
+        {QStringLiteral("0001"), 2003});
+    QVERIFY(c->next());
+    QCOMPARE(c->spaltenName(0).toLower(), spalte.toLower());
+    QCOMPARE(int(c->art(0)), art);
+    QCOMPARE(c->wert(0), erwartet);
+    if (art == int(Wertart::Ganzzahl))
+        QCOMPARE(c->ganzzahl(0), erwartet.toLongLong());
+    if (art == int(Wertart::Text))
+        QCOMPARE(QString::fromUtf8(c->utf8(0)), erwartet.toString());
+    QVERIFY(!c->next());
+    QVERIFY(!c->next());
+}
+
+void tst_Database::injektionBleibtText_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("oder wahr") << QStringLiteral("0001' OR '1'='1");
+    QTest::newRow("drop") << QStringLiteral("';DROP TABLE x;--");
+    QTest::newRow("drop doppelt") << QStringLiteral("\");DROP TABLE x;--");
+    QTest::newRow("300 zeichen") << QString(300, QLatin1Char('9'));
+    QTest::newRow("umlaute") << QStringLiteral("Müllgebühr Straße ÄÖÜ");
+    QTest::newRow("nur blanks") << QStringLiteral("    ");
+    QTest::newRow("fragezeichen") << QStringLiteral("? $1 '?'");
+    QTest::newRow("backslash") << QStringLiteral("a\\'b\\");
+}
+
+void tst_Database::injektionBleibtText()
+{
+    QFETCH(QString, text);
+    m_db->execute(QStringLiteral("INSERT INTO x (y) VALUES (1)"));
+    m_db->execute(QStringLiteral("INSERT INTO Konten (KontoNr, KontoJJ) VALUES ('0001', 2003)"));
+    m_db->execute(QStringLiteral("INSERT INTO Konten (KontoNr, KontoJJ, KontoBezeichnung) "
+                                 "VALUES (?, ?, ?)"),
+                  {text, 2003, text});
+
+    QCOMPARE(m_db->scalar(QStringLiteral("SELECT count(*) FROM Konten WHERE KontoNr = ?"), {text})
+                 .toLongLong(),
+             1);
+    QCOMPARE(m_db->scalar(QStringLiteral("SELECT KontoBezeichnung FROM Konten "
+                                         "WHERE KontoNr = ? AND KontoJJ = ?"),
+                          {text, 2003})
+                 .toString(),
+             text);
+    QCOMPARE(
+        m_db->execute(QStringLiteral("UPDATE Konten SET KontoTypus = 1 WHERE KontoNr=?"), {text}),
+        1);
+    QCOMPARE(anzahl(*m_db, QStringLiteral("Konten")), 2);
+    QVERIFY(m_db->hasTable(QStringLiteral("x")));
+    QCOMPARE(anzahl(*m_db, QStringLiteral("x")), 1);
+}
+
+void tst_Database::executeZaehltGeaenderteZeilen()
+{
+    const QString insert
+        = QStringLiteral("INSERT INTO Konten (KontoNr, KontoJJ, KontoTypus) VALUES (?, ?, ?)");
+    QCOMPARE(m_db->execute(insert, {QStringLiteral("1000"), 2003, 1}), 1);
+    QCOMPARE(m_db->execute(insert, {QStringLiteral("2000"), 2003, 1}), 1);
+    QCOMPARE(m_db->execute(insert, {QStringLiteral("1000"), 2004, 1}), 1);
+    QCOMPARE(m_db->execute(QStringLiteral("UPDATE Konten SET KontoTypus = ? WHERE KontoJJ = ?"),
+                           {2, 2003}),
+             2);
+    QCOMPARE(m_db->execute(QStringLiteral("DELETE FROM Konten WHERE KontoJJ = ?"), {1999}), 0);
+    QCOMPARE(m_db->scalar(QStringLiteral("SELECT sum(KontoTypus) FROM Konten")).toLongLong(), 5);
+}
+
+void tst_Database::scalarOhneZeileIstNull()
+{
+    QVERIFY(
+        m_db->scalar(QStringLiteral("SELECT KontoNr FROM Konten WHERE KontoJJ=?"), {1}).isNull());
+    QCOMPARE(anzahl(*m_db, QStringLiteral("Konten")), 0);
+}
+
+void tst_Database::fehlerZuordnung_data()
+{
+    QTest::addColumn<QString>("sql");
+    QTest::addColumn<QVariantList>("params");
+    QTest::addColumn<int>("nummer");
+
+    QTest::newRow("tabelle fehlt select") << "SELECT * FROM Fehlt WHERE a = ?" << QVariantList {1}
+                                          << fehlernummer::TabelleNichtGefunden;
+    QTest::newRow("tabelle fehlt insert") << "INSERT INTO Fehlt (a) VALUES (?)" << QVariantList {1}
+                                          << fehlernummer::TabelleNichtGefunden;
+    QTest::newRow("tabelle fehlt ohne parameter")
+        << "DELETE FROM Fehlt" << QVariantList {} << fehlernummer::TabelleNichtGefunden;
+    QTest::newRow("spalte fehlt select")
+        << "SELECT Fehlt FROM Konten" << QVariantList {} << fehlernummer::FeldNichtGefunden;
+    QTest::newRow("spalte fehlt where") << "SELECT * FROM Konten WHERE Fehlt = ?"
+                                        << QVariantList {1} << fehlernummer::FeldNichtGefunden;
+    QTest::newRow("spalte fehlt insert")
+        << "INSERT INTO Konten (KontoNr, KontoJJ, Fehlt) VALUES (?, ?, ?)"
+        << QVariantList {QStringLiteral("9"), 1, 1} << fehlernummer::FeldNichtGefunden;
+    QTest::newRow("doppelter schluessel")
+        << "INSERT INTO Konten (KontoNr, KontoJJ) VALUES (?, ?)"
+        << QVariantList {QStringLiteral("0001"), 2003} << fehlernummer::DoppelterSchluessel;
+}
+
+void tst_Database::fehlerZuordnung()
+{
+    QFETCH(QString, sql);
+    QFETCH(QVariantList, params);
+    QFETCH(int, nummer);
+
+    m_db->execute(QStringLiteral("INSERT INTO Konten (KontoNr, KontoJJ) VALUES (?, ?)"),
+                  {QStringLiteral("0001"), 2003});
+    QString text;
+    QCOMPARE(fehlerVon([&] { m_db->execute(sql, params); }, &text), nummer);
+    QVERIFY2(text.startsWith(RuntimeError::standardText(nummer)), qPrintable(text));
+    // A cursor may report the error at its first row.
+    QCOMPARE(fehlerVon([&] { m_db->query(sql, params)->next(); }), nummer);
+    // Nothing half-written, and the connection goes on working.
+    QCOMPARE(anzahl(*m_db, QStringLiteral("Konten")), 1);
+}
+
+void tst_Database::andererFehlerBehaeltEngineText()
+{
+    QString text;
+    const int nummer = fehlerVon([&] { m_db->execute(QStringLiteral("SELEKT 1")); }, &text);
+    QVERIFY(!text.isEmpty());
+    if (testhilfe::aktuelleEngine() == Engine::SqlCipher) {
+        QCOMPARE(nummer, 1); // SQLITE_ERROR
+        QVERIFY2(text.contains(QLatin1String("syntax error")), qPrintable(text));
+    } else {
+        QCOMPARE(nummer, 3146);
+        QVERIFY2(text.startsWith(QLatin1String("[42601] ")), qPrintable(text));
+    }
+    QCOMPARE(anzahl(*m_db, QStringLiteral("x")), 0);
+}
+
+void tst_Database::falscheParameterzahl()
+{
+    const QString sql = QStringLiteral("SELECT count(*) FROM Konten WHERE KontoNr = ?");
+    QVERIFY(fehlerVon([&] { m_db->query(sql, {1, 2}); }) != 0);
+    QVERIFY(fehlerVon([&] { m_db->query(sql, {}); }) != 0);
+    QCOMPARE(m_db->scalar(sql, {QStringLiteral("a")}).toLongLong(), 0);
+}
+
+void tst_Database::transaktionRolltZurueck()
+{
+    const QString insert = QStringLiteral("INSERT INTO x (y) VALUES (?)");
+    QVERIFY(!m_db->inTransaction());
+    {
+        Transaktion t(*m_db);
+        QVERIFY(m_db->inTransaction());
+        m_db->execute(insert, {1});
+        QCOMPARE(anzahl(*m_db, QStringLiteral("x")), 1);
+    }
+    QVERIFY(!m_db->inTransaction());
+    QCOMPARE(anzahl(*m_db, QStringLiteral("x")), 0);
+    {
+        Transaktion t(*m_db);
+        m_db->execute(insert, {2});
+        t.commit();
+    }
+    QCOMPARE(anzahl(*m_db, QStringLiteral("x")), 1);
+    // A failed statement inside: the destructor still rolls back cleanly.
+    try {
+        Transaktion t(*m_db);
+        m_db->execute(insert, {3});
+        m_db->execute(QStringLiteral("INSERT INTO Fehlt (a) VALUES (?)"), {1});
+        t.commit();
+        QFAIL("Fehler erwartet");
+    } catch (const RuntimeError &e) {
+        QCOMPARE(e.nummer(), fehlernummer::TabelleNichtGefunden);
+    }
+    QVERIFY(!m_db->inTransaction());
+    QCOMPARE(m_db->scalar(QStringLiteral("SELECT max(y) FROM x")).toLongLong(), 2);
+}
+
+void tst_Database::schemaFragen()
+{
+    QVERIFY(m_db->hasTable(QStringLiteral("Konten")));
+    QVERIFY(m_db->hasTable(QStringLiteral("KONTEN")));
+    QVERIFY(m_db->hasTable(QStringLiteral("konten")));
+    QVERIFY(!m_db->hasTable(QStringLiteral("Fehlt")));
+    QVERIFY(!m_db->hasTable(QStringLiteral("Konten' OR '1'='1")));
+
+    QStringList spalten = m_db->columns(QStringLiteral("kOnTeN"));
+    for (QString &s : spalten)
+        s = s.toLower();
+    QCOMPARE(spalten,
+             QStringList({"kontonr", "kontojj", "kontobezeichnung", "kontotypus", "kontobetrag",
+                          "kontodatum"}));
+    QStringList schluessel = m_db->primaryKey(QStringLiteral("Konten"));
+    for (QString &s : schluessel)
+        s = s.toLower();
+    QCOMPARE(schluessel, QStringList({"kontonr", "kontojj"}));
+    QVERIFY(m_db->primaryKey(QStringLiteral("x")).isEmpty());
+
+    QCOMPARE(fehlerVon([&] { m_db->columns(QStringLiteral("Fehlt")); }),
+             fehlernummer::TabelleNichtGefunden);
+    QCOMPARE(fehlerVon([&] { m_db->primaryKey(QStringLiteral("Fehlt")); }),
+             fehlernummer::TabelleNichtGefunden);
+}
+
+void tst_Database::registryTeiltVerbindung()
+{
+    const auto zweite = Database::open(m_ort);
+    QCOMPARE(zweite.get(), m_db.get());
+    QCOMPARE(zweite->ort(), m_ort);
+
+    auto eigene = Database::openSeparate(m_ort);
+    QVERIFY(eigene.get() != m_db.get());
+    // A second user sees committed rows of the first.
+    m_db->execute(QStringLiteral("INSERT INTO x (y) VALUES (?)"), {42});
+    QCOMPARE(eigene->scalar(QStringLiteral("SELECT y FROM x")).toLongLong(), 42);
+
+    if (testhilfe::aktuelleEngine() == Engine::SqlCipher) {
+        // The same file under another spelling of its path is the same database.
+        const QFileInfo info(m_ort);
+        const QString umweg = info.absolutePath() + QStringLiteral("/./") + info.fileName();
+        QCOMPARE(Database::open(umweg).get(), m_db.get());
+        // A wrong password does not get the shared connection.
+        QCOMPARE(fehlerVon([&] { Database::open(m_ort, QStringLiteral("falsch")); }),
+                 fehlernummer::UngueltigesKennwort);
+    }
+}
+
+void tst_Database::gleicheAnweisungZweiCursor()
+{
+    for (int i = 1; i <= 3; ++i)
+        m_db->execute(QStringLiteral("INSERT INTO x (y) VALUES (?)"), {i});
+    const QString sql = QStringLiteral("SELECT y FROM x WHERE y >= ? ORDER BY y");
+    auto a = m_db->query(sql, {1});
+    QVERIFY(a->next());
+    auto b = m_db->query(sql, {2});
+    QVERIFY(b->next());
+    QCOMPARE(a->ganzzahl(0), 1);
+    QCOMPARE(b->ganzzahl(0), 2);
+    QVERIFY(a->next());
+    QCOMPARE(a->ganzzahl(0), 2);
+    a.reset();
+    b.reset();
+    // The statement comes back from the cache with fresh bindings.
+    auto c = m_db->query(sql, {3});
+    QVERIFY(c->next());
+    QCOMPARE(c->ganzzahl(0), 3);
+    QVERIFY(!c->next());
+}
+
+void tst_Database::cursorUeberlebtVerbindung()
+{
+    m_db->execute(QStringLiteral("INSERT INTO x (y) VALUES (7), (8)"));
+    auto eigene = Database::openSeparate(m_ort);
+    auto c = eigene->query(QStringLiteral("SELECT y FROM x WHERE y > ? ORDER BY y"), {0});
+    QVERIFY(c->next());
+    eigene.reset();
+    QCOMPARE(c->ganzzahl(0), 7);
+    QVERIFY(c->next());
+    QCOMPARE(c->ganzzahl(0), 8);
+}
+
+void tst_Database::roundTripsZaehlen()
+{
+    const qint64 vorher = m_db->roundTrips();
+    m_db->execute(QStringLiteral("INSERT INTO x (y) VALUES (?)"), {1});
+    m_db->scalar(QStringLiteral("SELECT y FROM x"));
+    const qint64 erwartet = testhilfe::aktuelleEngine() == Engine::PostgreSql ? 2 : 0;
+    QCOMPARE(m_db->roundTrips() - vorher, erwartet);
+}
+
+void tst_Database::verbindungsabbruchUndWiederherstellung()
+{
+    if (testhilfe::aktuelleEngine() != Engine::PostgreSql)
+        QSKIP("Eine eingebettete Datei hat keine Serververbindung, die abbrechen könnte.");
+    auto opfer = Database::openSeparate(m_ort);
+    const qint64 pid = opfer->scalar(QStringLiteral("SELECT pg_backend_pid()")).toLongLong();
+    QVERIFY(m_db->scalar(QStringLiteral("SELECT pg_terminate_backend(?::int)"), {pid}).toBool());
+
+    QString text;
+    QCOMPARE(fehlerVon([&] { opfer->scalar(QStringLiteral("SELECT 1")); }, &text),
+             fehlernummer::DatenbankNichtErreichbar);
+    QVERIFY2(text.startsWith(RuntimeError::standardText(fehlernummer::DatenbankNichtErreichbar)),
+             qPrintable(text));
+    // The next call reconnects.
+    QCOMPARE(opfer->scalar(QStringLiteral("SELECT count(*) FROM x")).toLongLong(), 0);
+    QVERIFY(opfer->scalar(QStringLiteral("SELECT pg_backend_pid()")).toLongLong() != pid);
+
+    // A server that cannot be reached at all.
+    QCOMPARE(fehlerVon([&] {
+                 Database::openSeparate(
+                     QStringLiteral("postgresql:///zt_gibtesnicht?host=/nonexistent&port=1"));
+             }),
+             fehlernummer::DatenbankNichtErreichbar);
+}
+
+void tst_Database::falscherSchluesselLaesstDateiUnveraendert_data()
+{
+    QTest::addColumn<QString>("passwort");
+    QTest::newRow("falsch") << QStringLiteral("falsch");
+    QTest::newRow("fehlt") << QString();
+    QTest::newRow("mit blank") << QStringLiteral("kellerabteil4 ");
+    QTest::newRow("grossbuchstaben") << QStringLiteral("KELLERABTEIL4");
+    QTest::newRow("mit hochkomma") << QStringLiteral("kellerabteil4'; --");
+}
+
+void tst_Database::falscherSchluesselLaesstDateiUnveraendert()
+{
+    QFETCH(QString, passwort);
+    const QString pfad = dateiMitDaten();
+    QVERIFY(!nebendateienDa(pfad));
+    const QByteArray vorher = dateiHash(pfad);
+    QVERIFY(!vorher.isEmpty());
+
+    QString text;
+    QCOMPARE(fehlerVon([&] { Database::open(pfad, passwort); }, &text),
+             fehlernummer::UngueltigesKennwort);
+    QVERIFY2(text.startsWith(RuntimeError::standardText(fehlernummer::UngueltigesKennwort)),
+             qPrintable(text));
+    QCOMPARE(fehlerVon([&] { Database::openSeparate(pfad, passwort); }),
+             fehlernummer::UngueltigesKennwort);
+
+    QCOMPARE(dateiHash(pfad), vorher);
+    QVERIFY(!nebendateienDa(pfad));
+    // The right key still opens it.
+    QCOMPARE(anzahl(*Database::openSeparate(pfad), QStringLiteral("Salden")), 2);
+}
+
+void tst_Database::fehlenderOrt()
+{
+    const QString pfad = testhilfe::neueDatenbank(Engine::SqlCipher) + QStringLiteral(".fehlt");
+    QCOMPARE(fehlerVon([&] { Database::open(pfad); }), fehlernummer::DateiNichtGefunden);
+    QCOMPARE(fehlerVon([&] { Database::openSeparate(pfad); }), fehlernummer::DateiNichtGefunden);
+    QVERIFY(!QFileInfo::exists(pfad));
+    QCOMPARE(fehlerVon([&] { Database::open(QStringLiteral("/nonexistent/dir/x.zkdb")); }),
+             fehlernummer::DateiNichtGefunden);
+
+    if (testhilfe::aktuelleEngine() == Engine::PostgreSql) {
+        QString uri = m_ort;
+        uri.replace(QRegularExpression(QStringLiteral("/zt_[^?]*")),
+                    QStringLiteral("/zt_gibtesnicht"));
+        QString text;
+        QCOMPARE(fehlerVon([&] { Database::open(uri); }, &text),
+                 fehlernummer::DatenbankNichtErreichbar);
+        QVERIFY2(text.contains(QLatin1String("zt_gibtesnicht")), qPrintable(text));
+    }
+}
+
+void tst_Database::createAufVorhandeneDatei()
+{
+    const QString pfad = dateiMitDaten();
+    const QByteArray vorher = dateiHash(pfad);
+    QVERIFY(fehlerVon([&] { Database::create(pfad); }) != 0);
+    QCOMPARE(dateiHash(pfad), vorher);
+    QVERIFY(fehlerVon([&] { Database::create(QStringLiteral("/nonexistent/dir/x.zkdb")); }) != 0);
+}
+
+void tst_Database::verschluesselnBehaeltZeilen()
+{
+    const QString pfad = dateiMitDaten(QString());
+    {
+        QFile f(pfad);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QVERIFY(f.read(15) == "SQLite format 3");
+    }
+    Database::verschluesseln(pfad);
+    {
+        QFile f(pfad);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QVERIFY(f.read(15) != "SQLite format 3");
+    }
+    QVERIFY(!QFileInfo::exists(pfad + QStringLiteral(".verschluesseln")));
+    {
+        auto db = Database::openSeparate(pfad);
+        QCOMPARE(anzahl(*db, QStringLiteral("Salden")), 2);
+        QCOMPARE(
+            db->scalar(QStringLiteral("SELECT Text FROM Salden WHERE SaldoNr=?"), {1}).toString(),
+            QStringLiteral("Grünfläche"));
+        QCOMPARE(db->primaryKey(QStringLiteral("salden")), QStringList {"SaldoNr"});
+    }
+    QCOMPARE(fehlerVon([&] { Database::openSeparate(pfad, QString()); }),
+             fehlernummer::UngueltigesKennwort);
+
+    const QByteArray vorher = dateiHash(pfad);
+    const int nummer = fehlerVon([&] { Database::verschluesseln(pfad); });
+    QCOMPARE(nummer, fehlernummer::UngueltigesKennwort);
+    QCOMPARE(dateiHash(pfad), vorher);
+    QVERIFY(!nebendateienDa(pfad));
+    QCOMPARE(fehlerVon([&] { Database::verschluesseln(pfad + QStringLiteral("x")); }),
+             fehlernummer::DateiNichtGefunden);
+}
+
+void tst_Database::platzhalterUmsetzen_data()
+{
+    QTest::addColumn<QString>("sql");
+    QTest::addColumn<QString>("erwartet");
+    QTest::addColumn<int>("anzahl");
+
+    QTest::newRow("keine") << "SELECT 1"
+                           << "SELECT 1" << 0;
+    QTest::newRow("zwei") << "a = ? AND b = ?"
+                          << "a = $1 AND b = $2" << 2;
+    QTest::newRow("literal") << "a = '?' AND b = ?"
+                             << "a = '?' AND b = $1" << 1;
+    QTest::newRow("doppeltes hochkomma") << "a = 'x''?' AND b = ?"
+                                         << "a = 'x''?' AND b = $1" << 1;
+    QTest::newRow("bezeichner") << "\"a?\" = ?"
+                                << "\"a?\" = $1" << 1;
+    QTest::newRow("zeilenkommentar") << "? -- ?\n?"
+                                     << "$1 -- ?\n$2" << 2;
+    QTest::newRow("blockkommentar") << "? /* ? */ ?"
+                                    << "$1 /* ? */ $2" << 2;
+    QTest::newRow("dollar") << "$$?$$, $t$ ? $t$, ?"
+                            << "$$?$$, $t$ ? $t$, $1" << 1;
+    QTest::newRow("escape string") << "E'\\'?', ?"
+                                   << "E'\\'?', $1" << 1;
+    QTest::newRow("offenes literal") << "? '?"
+                                     << "$1 '?" << 1;
+    QTest::newRow("umlaute") << "Bezeichnung = 'Ö?' OR x = ?"
+                             << "Bezeichnung = 'Ö?' OR x = $1" << 1;
+}
+
+void tst_Database::platzhalterUmsetzen()
+{
+    QFETCH(QString, sql);
+    QFETCH(QString, erwartet);
+    QFETCH(int, anzahl);
+    const auto [text, n] = PostgresDatabase::platzhalterUmsetzen(sql);
+    QCOMPARE(QString::fromUtf8(text), erwartet);
+    QCOMPARE(n, anzahl);
+}
+
+ZEP_ENGINE_TEST_MAIN(tst_Database)
+
+#include "tst_database.moc"
