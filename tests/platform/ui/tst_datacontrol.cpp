@@ -1,0 +1,503 @@
+#include "common/TestDatenbank.h"
+#include "platform/core/RuntimeError.h"
+#include "platform/storage/Database.h"
+#include "platform/ui/DataControl.h"
+#include "platform/ui/MsgBox.h"
+
+#include <QCheckBox>
+#include <QDate>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+#include <QToolButton>
+
+using namespace platform;
+using platform::storage::Database;
+using platform::storage::Engine;
+
+namespace {
+
+// Counts every UPDATE of DcTest in DcZaehler, so a test sees how often a row was written.
+void tabellenAnlegen(Database &db, Engine engine)
+{
+    db.execute("CREATE TABLE DcTest (Nr integer PRIMARY KEY, Name varchar(40), Menge integer, "
+               "Preis double precision, Aktiv smallint)");
+    db.execute("CREATE TABLE DcZaehler (n integer)");
+    db.execute("INSERT INTO DcZaehler (n) VALUES (0)");
+    if (engine == Engine::SqlCipher) {
+        db.execute("CREATE TRIGGER DcZaehlen AFTER UPDATE ON DcTest "
+                   "BEGIN UPDATE DcZaehler SET n = n + 1; END");
+    } else {
+        db.execute("CREATE FUNCTION dczaehlen() RETURNS trigger AS $$ BEGIN "
+                   "UPDATE DcZaehler SET n = n + 1; RETURN NEW; END $$ LANGUAGE plpgsql");
+        db.execute("CREATE TRIGGER DcZaehlen AFTER UPDATE ON DcTest FOR EACH ROW "
+                   "EXECUTE FUNCTION dczaehlen()");
+    }
+    const QVariant leer;
+    const QVariantList zeilen[]
+        = {{1, "Anna", 10, 1.5, -1}, {2, "Bert", 20, 2.5, 0}, {3, "Cäsar", leer, leer, 0}};
+    for (const auto &z : zeilen)
+        db.execute("INSERT INTO DcTest (Nr, Name, Menge, Preis, Aktiv) VALUES (?, ?, ?, ?, ?)", z);
+}
+
+// What the events of one data control saw.
+struct Beobachter
+{
+    int repositions = 0;
+    QList<std::pair<int, bool>> validates; // Action, Save as handed in
+    QList<int> fehler;
+    // Handler behaviour
+    int actionSetzen = -1; // -1: leave
+    int saveSetzen = -1; // -1: leave, 0/1
+    int responseSetzen = -1;
+    std::function<void()> inValidate;
+
+    void verbinden(DataControl &dc)
+    {
+        QObject::connect(&dc, &DataControl::Reposition, [this] { ++repositions; });
+        QObject::connect(&dc, &DataControl::Validate, [this](int &action, bool &save) {
+            validates.append({action, save});
+            if (inValidate)
+                inValidate();
+            if (actionSetzen >= 0)
+                action = actionSetzen;
+            if (saveSetzen >= 0)
+                save = saveSetzen != 0;
+        });
+        QObject::connect(&dc, &DataControl::Error, [this](int nummer, int &response) {
+            fehler.append(nummer);
+            if (responseSetzen >= 0)
+                response = responseSetzen;
+        });
+    }
+};
+
+} // namespace
+
+class TestDataControl : public QObject
+{
+    Q_OBJECT
+
+private:
+    QString m_ort;
+    std::shared_ptr<Database> m_db;
+    std::unique_ptr<QWidget> m_fenster;
+    DataControl *m_dc = nullptr;
+    QLineEdit *m_name = nullptr;
+    QLineEdit *m_menge = nullptr;
+    QLineEdit *m_preis = nullptr;
+    QCheckBox *m_aktiv = nullptr;
+    QLabel *m_anzeige = nullptr;
+    std::unique_ptr<Beobachter> m_b;
+    std::unique_ptr<MsgBoxProtokoll> m_boxen;
+
+    qlonglong updates() { return m_db->scalar("SELECT n FROM DcZaehler").toLongLong(); }
+    QVariant gespeichert(int nr, const QString &feld)
+    {
+        return m_db->scalar("SELECT " + feld + " FROM DcTest WHERE Nr = ?", {nr});
+    }
+    int nr() { return m_dc->rs().feld("Nr").toInt(); }
+
+private slots:
+    void init()
+    {
+        m_ort = testhilfe::neueDatenbank();
+        m_db = Database::open(m_ort);
+        tabellenAnlegen(*m_db, testhilfe::aktuelleEngine());
+        m_boxen.reset();
+        m_boxen = std::make_unique<MsgBoxProtokoll>();
+        m_boxen->setAntwortFunktion([](const MsgBoxEintrag &) { return vbOK; });
+        m_fenster = std::make_unique<QWidget>();
+        m_dc = new DataControl(m_fenster.get());
+        m_dc->setDatabaseName(m_ort);
+        m_dc->setConnect("Access;pwd=" + storage::DBPasswort + ";");
+        m_dc->setRecordSource("SELECT * FROM DcTest WHERE Nr >= ? ORDER BY Nr", {1});
+        m_name = new QLineEdit(m_fenster.get());
+        m_menge = new QLineEdit(m_fenster.get());
+        m_preis = new QLineEdit(m_fenster.get());
+        m_aktiv = new QCheckBox(m_fenster.get());
+        m_anzeige = new QLabel(m_fenster.get());
+        m_dc->bind(m_name, "Name");
+        m_dc->bind(m_menge, "Menge");
+        m_dc->bind(m_preis, "Preis");
+        m_dc->bind(m_aktiv, "Aktiv");
+        m_dc->bind(m_anzeige, "Name");
+        m_b = std::make_unique<Beobachter>();
+        m_b->verbinden(*m_dc);
+        QVERIFY(m_dc->Refresh());
+    }
+
+    void cleanup()
+    {
+        m_fenster.reset();
+        m_b.reset();
+        m_db.reset();
+        const QStringList warnungen = m_boxen ? m_boxen->warnungen() : QStringList();
+        m_boxen.reset();
+        QVERIFY2(warnungen.isEmpty(), qPrintable(warnungen.join('\n')));
+    }
+
+    void refreshZeigtDieErsteZeile()
+    {
+        QCOMPARE(m_b->repositions, 1);
+        QCOMPARE(nr(), 1);
+        QCOMPARE(m_name->text(), "Anna");
+        QCOMPARE(m_anzeige->text(), "Anna");
+        QCOMPARE(m_menge->text(), "10");
+        QCOMPARE(m_preis->text(), "1,5");
+        QVERIFY(m_aktiv->isChecked());
+        QVERIFY(!m_dc->bearbeitet());
+        // Null shows as empty.
+        QVERIFY(m_dc->rs().MoveLast());
+        QCOMPARE(m_name->text(), "Cäsar");
+        QCOMPARE(m_menge->text(), "");
+        QCOMPARE(m_preis->text(), "");
+        QVERIFY(!m_aktiv->isChecked());
+    }
+
+    void bewegenOhneBearbeitungSchreibtNichts()
+    {
+        QVERIFY(m_dc->rs().MoveNext());
+        QVERIFY(m_dc->rs().MoveNext());
+        QVERIFY(m_dc->rs().MovePrevious());
+        QVERIFY(m_dc->rs().MoveFirst());
+        QVERIFY(m_dc->rs().MoveLast());
+        QCOMPARE(m_b->repositions, 6);
+        QCOMPARE(m_b->validates.size(), 5);
+        for (const auto &[action, save] : m_b->validates)
+            QVERIFY(!save);
+        QCOMPARE(m_b->validates[0].first, int(vbDataActionMoveNext));
+        QCOMPARE(m_b->validates[2].first, int(vbDataActionMovePrevious));
+        QCOMPARE(updates(), 0);
+    }
+
+    void bearbeitetesFeldWirdBeimBewegenEinmalGeschrieben()
+    {
+        QTest::keyClicks(m_name, "X");
+        QVERIFY(m_dc->bearbeitet());
+        QVERIFY(m_dc->rs().MoveNext());
+        QCOMPARE(m_b->validates.size(), 1);
+        QVERIFY(m_b->validates[0].second);
+        QCOMPARE(gespeichert(1, "Name").toString(), "AnnaX");
+        QCOMPARE(gespeichert(1, "Menge").toLongLong(), 10);
+        QCOMPARE(updates(), 1);
+        QCOMPARE(m_name->text(), "Bert");
+        // Back and forth: the saved row counts as unedited now.
+        QVERIFY(m_dc->rs().MovePrevious());
+        QCOMPARE(m_name->text(), "AnnaX");
+        QVERIFY(m_dc->rs().MoveNext());
+        QCOMPARE(updates(), 1);
+    }
+
+    void zurueckAufDenAltenWertIstKeineAenderung()
+    {
+        m_name->setText("Anders");
+        m_name->setText("Anna");
+        m_aktiv->setChecked(false);
+        m_aktiv->setChecked(true);
+        QVERIFY(!m_dc->bearbeitet());
+        QVERIFY(m_dc->rs().MoveNext());
+        QVERIFY(!m_b->validates[0].second);
+        QCOMPARE(updates(), 0);
+    }
+
+    void programmTextUndKontrollkaestchenZaehlenAlsBearbeitung()
+    {
+        m_menge->setText("42");
+        m_aktiv->setChecked(false);
+        m_anzeige->setText("nur Anzeige"); // a label is never written back
+        QVERIFY(m_dc->rs().MoveNext());
+        QCOMPARE(gespeichert(1, "Menge").toLongLong(), 42);
+        QCOMPARE(gespeichert(1, "Aktiv").toLongLong(), 0);
+        QCOMPARE(gespeichert(1, "Name").toString(), "Anna");
+        QCOMPARE(updates(), 1);
+        QVERIFY(m_dc->rs().MoveNext());
+        m_aktiv->setChecked(true);
+        m_preis->setText("7,25");
+        QVERIFY(m_dc->rs().MovePrevious());
+        QCOMPARE(gespeichert(3, "Aktiv").toLongLong(), -1);
+        QCOMPARE(gespeichert(3, "Preis").toDouble(), 7.25);
+    }
+
+    void validateMitActionNullBehaeltZeileUndEingaben()
+    {
+        m_name->setText("Neu");
+        m_b->actionSetzen = 0;
+        QVERIFY(!m_dc->rs().MoveNext());
+        QVERIFY(!m_dc->rs().FindFirst({{"Nr", 3}}));
+        QVERIFY(!m_dc->rs().Requery());
+        QVERIFY(!m_dc->Refresh());
+        QVERIFY(!m_dc->schliessen());
+        QCOMPARE(nr(), 1);
+        QCOMPARE(m_name->text(), "Neu");
+        QCOMPARE(m_b->repositions, 1);
+        QCOMPARE(gespeichert(1, "Name").toString(), "Anna");
+        QCOMPARE(updates(), 0);
+        // Once the handler lets it pass, the kept edit is written.
+        m_b->actionSetzen = -1;
+        QVERIFY(m_dc->rs().MoveNext());
+        QCOMPARE(gespeichert(1, "Name").toString(), "Neu");
+    }
+
+    void saveDesHandlersEntscheidet()
+    {
+        // The handler corrects a field itself; only its Save = true makes the write happen.
+        m_b->inValidate = [this] {
+            m_menge->setText("0");
+        };
+        QVERIFY(m_dc->rs().MoveNext());
+        QCOMPARE(gespeichert(1, "Menge").toLongLong(), 10);
+        m_b->saveSetzen = 1;
+        QVERIFY(m_dc->rs().MoveNext());
+        QCOMPARE(gespeichert(2, "Menge").toLongLong(), 0);
+        QCOMPARE(updates(), 1);
+        // Save = false drops the user's edit; the move still happens.
+        m_b->inValidate = nullptr;
+        m_b->saveSetzen = 0;
+        m_name->setText("verworfen");
+        QVERIFY(m_dc->rs().MoveFirst());
+        QCOMPARE(gespeichert(3, "Name").toString(), "Cäsar");
+        QCOMPARE(m_name->text(), "Anna");
+        QCOMPARE(updates(), 1);
+    }
+
+    void textDerNichtInDieSpaltePasstHaeltDenBenutzerAufDerZeile()
+    {
+        m_menge->setText("12a");
+        m_name->setText("Geändert");
+        QVERIFY(!m_dc->rs().MoveNext());
+        QCOMPARE(m_b->fehler, QList<int> {fehlernummer::Typenkonflikt});
+        QCOMPARE(m_boxen->anzahl(), 1);
+        QCOMPARE(m_boxen->letzter().text, "Typen unverträglich");
+        QCOMPARE(nr(), 1);
+        QCOMPARE(m_menge->text(), "12a");
+        QCOMPARE(m_name->text(), "Geändert");
+        QCOMPARE(gespeichert(1, "Name").toString(), "Anna");
+        QCOMPARE(updates(), 0);
+        QVERIFY(m_dc->bearbeitet());
+    }
+
+    void falscheRecordSourceLoestErrorAus()
+    {
+        m_dc->setRecordSource("SELECT * FROM GibtEsNicht");
+        QVERIFY(!m_dc->Refresh());
+        QCOMPARE(m_b->fehler, QList<int> {fehlernummer::TabelleNichtGefunden});
+        QCOMPARE(m_boxen->anzahl(), 1); // Response left at 1: the standard message
+        QCOMPARE(m_name->text(), "");
+        QVERIFY(m_dc->recordsetDirekt() == nullptr);
+        try {
+            m_dc->rs().RecordCount();
+            QFAIL("RecordCount without record set must raise 91");
+        } catch (const RuntimeError &e) {
+            QCOMPARE(e.nummer(), fehlernummer::ObjektvariableNichtFestgelegt);
+        }
+        // Response 0: the screen showed its own message, the control stays silent.
+        m_b->responseSetzen = 0;
+        QVERIFY(!m_dc->Refresh());
+        QCOMPARE(m_boxen->anzahl(), 1);
+        // A wrong password in Connect (only the file engine has one).
+        if (testhilfe::aktuelleEngine() == Engine::SqlCipher) {
+            m_dc->setConnect("Access;pwd=falsch;");
+            m_dc->setRecordSource("SELECT * FROM DcTest");
+            QVERIFY(!m_dc->Refresh());
+            QCOMPARE(m_b->fehler.last(), fehlernummer::UngueltigesKennwort);
+        }
+    }
+
+    void konfliktMitAnderemBenutzerBehaeltDieEingabe()
+    {
+        auto andere = Database::openSeparate(m_ort);
+        andere->execute("UPDATE DcTest SET Name = ? WHERE Nr = ?", {"vom Kollegen", 1});
+        m_name->setText("meins");
+        QVERIFY(!m_dc->rs().MoveNext());
+        QCOMPARE(m_b->fehler, QList<int> {fehlernummer::DatensatzGeaendert});
+        QCOMPARE(m_boxen->anzahl(), 1);
+        QCOMPARE(nr(), 1);
+        QCOMPARE(m_name->text(), "meins");
+        QCOMPARE(gespeichert(1, "Name").toString(), "vom Kollegen");
+        QVERIFY(m_dc->bearbeitet());
+        QCOMPARE(m_dc->rs().editMode(), storage::EditMode::Keiner);
+        // UpdateRecord takes the same path and fails the same way.
+        QVERIFY(!m_dc->UpdateRecord());
+        QCOMPARE(m_b->fehler.size(), 2);
+        QCOMPARE(m_name->text(), "meins");
+        andere.reset();
+    }
+
+    void findFirstBewegtNurBeiTreffer()
+    {
+        m_name->setText("vor Suche");
+        QVERIFY(!m_dc->rs().FindFirst({{"Nr", 99}}));
+        QVERIFY(m_dc->rs().NoMatch());
+        QVERIFY(m_b->validates.isEmpty());
+        QCOMPARE(gespeichert(1, "Name").toString(), "Anna");
+        QVERIFY(m_dc->rs().FindFirst({{"Nr", 3}}));
+        QVERIFY(!m_dc->rs().NoMatch());
+        QCOMPARE(m_b->validates.size(), 1);
+        QCOMPARE(m_b->validates[0].first, int(vbDataActionFind));
+        QCOMPARE(nr(), 3);
+        QCOMPARE(m_name->text(), "Cäsar");
+        QCOMPARE(gespeichert(1, "Name").toString(), "vor Suche");
+        QCOMPARE(m_b->repositions, 2);
+    }
+
+    void bookmarkRequeryRefreshUndSchliessenSpeichern()
+    {
+        const auto erstes = m_dc->rs().bookmark();
+        QVERIFY(m_dc->rs().MoveLast());
+        m_name->setText("B1");
+        QVERIFY(m_dc->rs().setBookmark(erstes));
+        QCOMPARE(nr(), 1);
+        QCOMPARE(gespeichert(3, "Name").toString(), "B1");
+
+        m_name->setText("R1");
+        QVERIFY(m_dc->rs().Requery());
+        QCOMPARE(gespeichert(1, "Name").toString(), "R1");
+        QCOMPARE(m_name->text(), "R1");
+
+        m_name->setText("R2");
+        m_dc->setRecordSource("SELECT * FROM DcTest WHERE Nr = ?", {2});
+        QVERIFY(m_dc->Refresh());
+        QCOMPARE(gespeichert(1, "Name").toString(), "R2");
+        QCOMPARE(m_dc->rs().RecordCount(), 1);
+        QCOMPARE(m_name->text(), "Bert");
+
+        m_name->setText("S1");
+        QVERIFY(m_dc->schliessen());
+        QCOMPARE(m_b->validates.last().first, int(vbDataActionUnload));
+        QCOMPARE(gespeichert(2, "Name").toString(), "S1");
+        QCOMPARE(updates(), 4);
+    }
+
+    void updateRecordUndUpdateControls()
+    {
+        m_menge->setText(" 0012 ");
+        QVERIFY(m_dc->UpdateRecord());
+        QCOMPARE(m_b->validates.last().first, int(vbDataActionUpdate));
+        QCOMPARE(gespeichert(1, "Menge").toLongLong(), 12);
+        QCOMPARE(m_menge->text(), "12"); // shown as stored
+        QCOMPARE(m_b->repositions, 1);
+        m_name->setText("weg damit");
+        m_dc->UpdateControls();
+        QCOMPARE(m_name->text(), "Anna");
+        QVERIFY(!m_dc->bearbeitet());
+    }
+
+    void editModusDesCodesWirdBeimBewegenGespeichert()
+    {
+        m_dc->rs().Edit();
+        m_dc->rs().setFeld("Menge", 77);
+        m_name->setText("beides");
+        QVERIFY(m_dc->rs().MoveNext());
+        QVERIFY(m_b->validates[0].second);
+        QCOMPARE(gespeichert(1, "Menge").toLongLong(), 77);
+        QCOMPARE(gespeichert(1, "Name").toString(), "beides");
+        QCOMPARE(updates(), 1);
+    }
+
+    void endenUndLoeschen()
+    {
+        QVERIFY(m_dc->rs().MovePrevious());
+        QVERIFY(m_dc->rs().bof());
+        QCOMPARE(m_name->text(), ""); // no current row
+        try {
+            m_dc->rs().MovePrevious();
+            QFAIL("MovePrevious at bof must raise 3021");
+        } catch (const RuntimeError &e) {
+            QCOMPARE(e.nummer(), fehlernummer::KeinAktuellerDatensatz);
+        }
+        QCOMPARE(m_b->validates.size(), 1);
+        QVERIFY(m_dc->rs().MoveFirst());
+        m_name->setText("wird gelöscht");
+        m_dc->rs().Delete();
+        QVERIFY(m_dc->rs().MoveNext());
+        QVERIFY(!m_b->validates.last().second);
+        QCOMPARE(nr(), 2);
+        QCOMPARE(m_db->scalar("SELECT COUNT(*) FROM DcTest").toLongLong(), 2);
+        QCOMPARE(updates(), 0);
+    }
+
+    void navigationsleiste()
+    {
+        m_dc->setCaption("Konten");
+        QCOMPARE(m_dc->Caption(), "Konten");
+        const auto knoepfe = m_dc->findChildren<QToolButton *>();
+        QCOMPARE(knoepfe.size(), 4);
+        m_name->setText("über Leiste");
+        knoepfe[2]->click(); // next
+        QCOMPARE(nr(), 2);
+        QCOMPARE(gespeichert(1, "Name").toString(), "über Leiste");
+        knoepfe[3]->click(); // last
+        knoepfe[2]->click(); // next on the last row stays there
+        QCOMPARE(nr(), 3);
+        QVERIFY(!m_dc->rs().eof());
+        knoepfe[0]->click();
+        QCOMPARE(nr(), 1);
+        knoepfe[1]->click();
+        QCOMPARE(nr(), 1);
+        QVERIFY(!m_dc->rs().bof());
+    }
+
+    void fuellFlagNurWaehrendDesFuellens()
+    {
+        QList<bool> gesehen;
+        connect(m_name, &QLineEdit::textChanged, this,
+                [&](const QString &) { gesehen.append(m_dc->fuellt()); });
+        QVERIFY(m_dc->rs().MoveNext());
+        m_name->setText("Tippen");
+        QCOMPARE(gesehen, (QList<bool> {true, false}));
+        QVERIFY(!m_dc->fuellt());
+    }
+
+    void feldwerte_data()
+    {
+        QTest::addColumn<QVariant>("eingabe");
+        QTest::addColumn<int>("art");
+        QTest::addColumn<QVariant>("erwartet"); // invalid: error 13
+        using A = bindung::Art;
+        const QVariant fehler;
+        const QVariant null = QVariant(QMetaType::fromType<QString>());
+        QTest::newRow("ganz") << QVariant("12") << int(A::Ganzzahl) << QVariant(12LL);
+        QTest::newRow("ganz blanks") << QVariant(" -7 ") << int(A::Ganzzahl) << QVariant(-7LL);
+        QTest::newRow("ganz leer") << QVariant("  ") << int(A::Ganzzahl) << null;
+        QTest::newRow("ganz komma") << QVariant("1,5") << int(A::Ganzzahl) << fehler;
+        QTest::newRow("ganz text") << QVariant("zwölf") << int(A::Ganzzahl) << fehler;
+        QTest::newRow("komma deutsch") << QVariant("2,25") << int(A::Kommazahl) << QVariant(2.25);
+        QTest::newRow("komma punkt") << QVariant("2.25") << int(A::Kommazahl) << QVariant(2.25);
+        QTest::newRow("komma text") << QVariant("2x") << int(A::Kommazahl) << fehler;
+        QTest::newRow("datum") << QVariant("31.12.2003") << int(A::Datum)
+                               << QVariant(QDate(2003, 12, 31));
+        QTest::newRow("datum iso")
+            << QVariant("2003-12-31") << int(A::Datum) << QVariant(QDate(2003, 12, 31));
+        QTest::newRow("datum falsch") << QVariant("31.02.2003") << int(A::Datum) << fehler;
+        QTest::newRow("text blanks") << QVariant(" a ") << int(A::Text) << QVariant(" a ");
+        QTest::newRow("text leer") << QVariant("") << int(A::Text) << QVariant("");
+        QTest::newRow("unbekannt leer") << QVariant("") << int(A::Unbekannt) << null;
+        QTest::newRow("kontrollkästchen an")
+            << QVariant(true) << int(A::Ganzzahl) << QVariant(-1LL);
+        QTest::newRow("kontrollkästchen aus")
+            << QVariant(false) << int(A::Ganzzahl) << QVariant(0LL);
+        QTest::newRow("kombi ohne Wahl") << QVariant(-1) << int(A::Ganzzahl) << null;
+    }
+
+    void feldwerte()
+    {
+        QFETCH(QVariant, eingabe);
+        QFETCH(int, art);
+        QFETCH(QVariant, erwartet);
+        try {
+            const QVariant v = bindung::inFeldwert(eingabe, bindung::Art(art));
+            QVERIFY2(erwartet.isValid(), qPrintable("kein Fehler, sondern " + v.toString()));
+            if (erwartet.isNull())
+                QVERIFY(v.isNull());
+            else
+                QCOMPARE(v, erwartet);
+        } catch (const RuntimeError &e) {
+            QVERIFY2(!erwartet.isValid(), qPrintable(e.beschreibung()));
+            QCOMPARE(e.nummer(), fehlernummer::Typenkonflikt);
+        }
+    }
+};
+
+ZEP_ENGINE_TEST_MAIN(TestDataControl)
+#include "tst_datacontrol.moc"

@@ -1,0 +1,290 @@
+#include "platform/core/RuntimeError.h"
+#include "platform/ui/MsgBox.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+#include <QtTest>
+
+using namespace platform;
+
+class tst_MsgBox : public QObject
+{
+    Q_OBJECT
+private slots:
+    void protokollZeichnetAuf();
+    void geskripteteAntwortenDerReiheNach();
+    void ohneAntwortWarnungUndStandard_data();
+    void ohneAntwortWarnungUndStandard();
+    void falscheAntwortWirdGemeldet();
+    void antwortFunktion();
+    void protokolleVerschachtelt();
+    void knopfgruppen_data();
+    void knopfgruppen();
+    void unbekannteKnopfgruppe();
+    void stilAlsVariant_data();
+    void stilAlsVariant();
+    void echteBox_data();
+    void echteBox();
+    void escape_data();
+    void escape();
+};
+
+void tst_MsgBox::protokollZeichnetAuf()
+{
+    MsgBoxProtokoll p;
+    p.antworte({vbOK, vbYes});
+    QCOMPARE(MsgBox(QStringLiteral("Hinweis")), vbOK);
+    QCOMPARE(MsgBox(QStringLiteral("Löschen?\r\nWirklich"), vbYesNo + vbQuestion,
+                    QStringLiteral("Bitte bestätigen Sie")),
+             vbYes);
+    QCOMPARE(p.anzahl(), 2);
+    QCOMPARE(p.eintraege()[0].titel, QStringLiteral("zepKontenStamm"));
+    QCOMPARE(p.eintraege()[0].buttons, vbOKOnly);
+    QCOMPARE(p.letzter().text, QStringLiteral("Löschen?\r\nWirklich"));
+    QCOMPARE(p.letzter().buttons, vbYesNo + vbQuestion);
+    QCOMPARE(p.letzter().titel, QStringLiteral("Bitte bestätigen Sie"));
+    QCOMPARE(p.letzter().antwort, vbYes);
+    QVERIFY(p.warnungen().isEmpty());
+}
+
+void tst_MsgBox::geskripteteAntwortenDerReiheNach()
+{
+    MsgBoxProtokoll p;
+    p.antworte({vbNo, vbYes, vbCancel});
+    QCOMPARE(MsgBox("1", vbYesNo), vbNo);
+    QCOMPARE(MsgBox("2", vbYesNo), vbYes);
+    QCOMPARE(MsgBox("3", vbYesNoCancel), vbCancel);
+    QCOMPARE(p.offeneAntworten(), 0);
+    QCOMPARE(p.texte(), QStringList({"1", "2", "3"}));
+}
+
+void tst_MsgBox::ohneAntwortWarnungUndStandard_data()
+{
+    QTest::addColumn<int>("buttons");
+    QTest::addColumn<int>("erwartet");
+    QTest::newRow("ok") << int(vbOKOnly) << int(vbOK);
+    QTest::newRow("ja/nein") << int(vbYesNo) << int(vbYes);
+    QTest::newRow("ja/nein, zweiter") << vbYesNo + vbDefaultButton2 << int(vbNo);
+    QTest::newRow("ja/nein/abbrechen, dritter")
+        << vbYesNoCancel + vbDefaultButton3 << int(vbCancel);
+    QTest::newRow("dritter fehlt") << vbOKCancel + vbDefaultButton3 << int(vbOK);
+}
+
+void tst_MsgBox::ohneAntwortWarnungUndStandard()
+{
+    QFETCH(int, buttons);
+    QFETCH(int, erwartet);
+    MsgBoxProtokoll p;
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Keine Antwort vorgesehen"));
+    QCOMPARE(MsgBox(QStringLiteral("Frage"), buttons), erwartet);
+    QCOMPARE(p.warnungen().size(), 1);
+    QVERIFY(p.warnungen().first().contains(QStringLiteral("Frage")));
+}
+
+void tst_MsgBox::falscheAntwortWirdGemeldet()
+{
+    MsgBoxProtokoll p;
+    p.antworte(vbYes);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("passt zu keinem Knopf"));
+    QCOMPARE(MsgBox(QStringLiteral("nur OK")), vbOK);
+    QCOMPARE(p.warnungen().size(), 1);
+}
+
+void tst_MsgBox::antwortFunktion()
+{
+    MsgBoxProtokoll p;
+    p.setAntwortFunktion([](const MsgBoxEintrag &e) {
+        return e.text.contains(QStringLiteral("löschen")) ? vbNo : vbYes;
+    });
+    p.antworte(vbYes);
+    QCOMPARE(MsgBox(QStringLiteral("Konto löschen?"), vbYesNo), vbYes); // the queue goes first
+    QCOMPARE(MsgBox(QStringLiteral("Konto löschen?"), vbYesNo), vbNo);
+    QCOMPARE(MsgBox(QStringLiteral("Konto anlegen?"), vbYesNo), vbYes);
+    QVERIFY(p.warnungen().isEmpty());
+}
+
+void tst_MsgBox::protokolleVerschachtelt()
+{
+    MsgBoxProtokoll aussen;
+    aussen.antworte(vbOK);
+    {
+        MsgBoxProtokoll innen;
+        innen.antworte(vbNo);
+        QCOMPARE(MsgBox("innen", vbYesNo), vbNo);
+        QCOMPARE(innen.anzahl(), 1);
+    }
+    QCOMPARE(MsgBox("aussen"), vbOK);
+    QCOMPARE(aussen.texte(), QStringList {"aussen"});
+}
+
+void tst_MsgBox::knopfgruppen_data()
+{
+    QTest::addColumn<int>("buttons");
+    QTest::addColumn<QList<int>>("antworten");
+    QTest::newRow("ok") << 0 << QList<int> {vbOK};
+    QTest::newRow("ok/abbrechen") << 1 << QList<int> {vbOK, vbCancel};
+    QTest::newRow("abbruch/wiederholen/ignorieren") << 2 << QList<int> {vbAbort, vbRetry, vbIgnore};
+    QTest::newRow("ja/nein/abbrechen") << 3 << QList<int> {vbYes, vbNo, vbCancel};
+    QTest::newRow("ja/nein mit symbol")
+        << vbYesNo + vbQuestion + vbDefaultButton2 << QList<int> {vbYes, vbNo};
+    QTest::newRow("wiederholen/abbrechen") << 5 << QList<int> {vbRetry, vbCancel};
+}
+
+void tst_MsgBox::knopfgruppen()
+{
+    QFETCH(int, buttons);
+    QFETCH(QList<int>, antworten);
+    QCOMPARE(MsgBoxAntworten(buttons), antworten);
+}
+
+void tst_MsgBox::unbekannteKnopfgruppe()
+{
+    MsgBoxProtokoll p;
+    try {
+        MsgBox(QStringLiteral("x"), 6);
+        QFAIL("kein Fehler");
+    } catch (const RuntimeError &e) {
+        QCOMPARE(e.nummer(), 5);
+    }
+    QCOMPARE(p.anzahl(), 0);
+}
+
+void tst_MsgBox::stilAlsVariant_data()
+{
+    QTest::addColumn<QVariant>("stil");
+    QTest::addColumn<int>("fehler");
+    QTest::addColumn<int>("buttons");
+    QTest::newRow("text statt stil")
+        << QVariant(QStringLiteral("Löschung nicht möglich")) << 13 << 0;
+    QTest::newRow("zahl") << QVariant(vbYesNo + vbQuestion) << 0 << vbYesNo + vbQuestion;
+    QTest::newRow("zahl als text") << QVariant(QStringLiteral("4")) << 0 << 4;
+    QTest::newRow("leer") << QVariant() << 0 << 0;
+}
+
+void tst_MsgBox::stilAlsVariant()
+{
+    QFETCH(QVariant, stil);
+    QFETCH(int, fehler);
+    QFETCH(int, buttons);
+    MsgBoxProtokoll p;
+    p.setAntwortFunktion([](const MsgBoxEintrag &e) { return MsgBoxAntworten(e.buttons).first(); });
+    try {
+        MsgBox(QStringLiteral("KreditorenKonto ... nicht löschbar"), stil);
+        QCOMPARE(fehler, 0);
+        QCOMPARE(p.anzahl(), 1);
+        QCOMPARE(p.letzter().buttons, buttons);
+    } catch (const RuntimeError &e) {
+        QCOMPARE(e.nummer(), fehler);
+        QCOMPARE(e.beschreibung(), QStringLiteral("Typen unverträglich"));
+        QCOMPARE(p.anzahl(), 0); // no box before the error
+    }
+}
+
+namespace {
+
+// Runs `pruefen` on the next message box that opens; fails the test when none opens in time.
+struct BoxBeantworter
+{
+    std::function<void(QMessageBox *)> pruefen;
+    bool gesehen = false;
+    QTimer timer;
+    QElapsedTimer uhr;
+
+    explicit BoxBeantworter(std::function<void(QMessageBox *)> f)
+        : pruefen(std::move(f))
+    {
+        uhr.start();
+        timer.setInterval(10);
+        QObject::connect(&timer, &QTimer::timeout, [this] {
+            if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+                timer.stop();
+                gesehen = true;
+                pruefen(box);
+            } else if (uhr.elapsed() > 5000) {
+                timer.stop();
+                if (QWidget *w = QApplication::activeModalWidget())
+                    w->close();
+            }
+        });
+        timer.start();
+    }
+};
+
+} // namespace
+
+void tst_MsgBox::echteBox_data()
+{
+    QTest::addColumn<int>("buttons");
+    QTest::addColumn<QString>("titel");
+    QTest::addColumn<int>("icon");
+    QTest::addColumn<int>("standardKnopf");
+    QTest::addColumn<int>("klick");
+    QTest::addColumn<int>("erwartet");
+    QTest::newRow("ok") << int(vbOKOnly) << QString() << int(QMessageBox::NoIcon)
+                        << int(QMessageBox::Ok) << int(QMessageBox::Ok) << int(vbOK);
+    QTest::newRow("frage ja") << vbYesNo + vbQuestion << "Bitte bestätigen Sie"
+                              << int(QMessageBox::Question) << int(QMessageBox::Yes)
+                              << int(QMessageBox::Yes) << int(vbYes);
+    QTest::newRow("frage nein, zweiter standard")
+        << vbYesNo + vbQuestion + vbDefaultButton2 << "Bitte bestätigen Sie"
+        << int(QMessageBox::Question) << int(QMessageBox::No) << int(QMessageBox::No) << int(vbNo);
+    QTest::newRow("kritisch") << vbOKOnly + vbCritical << "x" << int(QMessageBox::Critical)
+                              << int(QMessageBox::Ok) << int(QMessageBox::Ok) << int(vbOK);
+    QTest::newRow("ausruf") << vbOKCancel + vbExclamation << "x" << int(QMessageBox::Warning)
+                            << int(QMessageBox::Ok) << int(QMessageBox::Cancel) << int(vbCancel);
+    QTest::newRow("information") << vbOKOnly + vbInformation << "x" << int(QMessageBox::Information)
+                                 << int(QMessageBox::Ok) << int(QMessageBox::Ok) << int(vbOK);
+    QTest::newRow("wiederholen") << int(vbAbortRetryIgnore) << "x" << int(QMessageBox::NoIcon)
+                                 << int(QMessageBox::Abort) << int(QMessageBox::Retry)
+                                 << int(vbRetry);
+}
+
+void tst_MsgBox::echteBox()
+{
+    QFETCH(int, buttons);
+    QFETCH(QString, titel);
+    QFETCH(int, icon);
+    QFETCH(int, standardKnopf);
+    QFETCH(int, klick);
+    QFETCH(int, erwartet);
+    const QString text = QStringLiteral("Konto <b>0001</b> existiert nicht\r\nNeu anlegen?");
+    QString gesehenerText, gesehenerTitel;
+    int gesehenesIcon = -1, gesehenerStandard = -1, textFormat = -1;
+    BoxBeantworter b([&](QMessageBox *box) {
+        gesehenerText = box->text();
+        gesehenerTitel = box->windowTitle();
+        gesehenesIcon = box->icon();
+        textFormat = box->textFormat();
+        gesehenerStandard = box->standardButton(box->defaultButton());
+        box->button(QMessageBox::StandardButton(klick))->click();
+    });
+    const int antwort = MsgBox(text, buttons, titel);
+    QVERIFY(b.gesehen);
+    QCOMPARE(antwort, erwartet);
+    QCOMPARE(gesehenerText, QStringLiteral("Konto <b>0001</b> existiert nicht\nNeu anlegen?"));
+    QCOMPARE(textFormat, int(Qt::PlainText));
+    QCOMPARE(gesehenerTitel, titel.isEmpty() ? QStringLiteral("zepKontenStamm") : titel);
+    QCOMPARE(gesehenesIcon, icon);
+    QCOMPARE(gesehenerStandard, standardKnopf);
+}
+
+void tst_MsgBox::escape_data()
+{
+    QTest::addColumn<int>("buttons");
+    QTest::addColumn<int>("erwartet");
+    QTest::newRow("ok") << int(vbOKOnly) << int(vbOK);
+    QTest::newRow("ok/abbrechen") << int(vbOKCancel) << int(vbCancel);
+    QTest::newRow("ja/nein/abbrechen") << int(vbYesNoCancel) << int(vbCancel);
+}
+
+void tst_MsgBox::escape()
+{
+    QFETCH(int, buttons);
+    QFETCH(int, erwartet);
+    BoxBeantworter b([](QMessageBox *box) { QTest::keyClick(box, Qt::Key_Escape); });
+    QCOMPARE(MsgBox(QStringLiteral("Abbrechen?"), buttons), erwartet);
+    QVERIFY(b.gesehen);
+}
+
+QTEST_MAIN(tst_MsgBox)
+#include "tst_msgbox.moc"
