@@ -1,0 +1,339 @@
+// The demo database and the year generator: counts, code values and that every reference
+// points to an existing row, on both engines.
+#include "common/TestDatenbank.h"
+#include "frame/Demodaten.h"
+#include "platform/core/RuntimeError.h"
+#include "platform/storage/Schema.h"
+
+#include <QTest>
+
+using namespace platform::storage;
+
+namespace {
+
+struct Pruefung
+{
+    const char *name;
+    const char *sql; // counts the offending rows
+};
+
+// Every reference of an account, balance row and posting.
+const Pruefung verweise[] = {
+    {"UstKonto",
+     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k WHERE k.KontoUstKtoNr <> '' "
+     "AND NOT EXISTS (SELECT 1 FROM ObjKanzleiKontenstamm u "
+     "WHERE u.KontoNr = k.KontoUstKtoNr AND u.KontoJJ = k.KontoJJ)"},
+    {"SbkGuv",
+     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k WHERE k.KontoSbkGuvKontoNr <> '' "
+     "AND NOT EXISTS (SELECT 1 FROM ObjKanzleiKontenstamm u "
+     "WHERE u.KontoNr = k.KontoSbkGuvKontoNr AND u.KontoJJ = k.KontoJJ)"},
+    {"Ebk",
+     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k WHERE k.KontoEbkKontoNr <> '' "
+     "AND NOT EXISTS (SELECT 1 FROM ObjKanzleiKontenstamm u "
+     "WHERE u.KontoNr = k.KontoEbkKontoNr AND u.KontoJJ = k.KontoJJ)"},
+    {"BilanzPos",
+     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k WHERE k.KontoBilPosAktPass <> 0 "
+     "AND NOT EXISTS (SELECT 1 FROM BilanzPos b WHERE "
+     "b.BilPosAktPass = k.KontoBilPosAktPass AND b.BilPosABC = k.KontoBilPosABC "
+     "AND b.BilPosRöm = k.KontoBilPosRöm AND b.BilPosArab = k.KontoBilPosArab "
+     "AND b.BilPosABCklein = k.KontoBilPosABCklein)"},
+    {"ZL7",
+     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k "
+     "WHERE (k.KontoPos1 <> 0 OR k.KontoPos2 <> 0 OR k.KontoPos3 <> 0) "
+     "AND NOT EXISTS (SELECT 1 FROM BilanzPosZL7 z WHERE z.BilZl7Pos1 = k.KontoPos1 "
+     "AND z.BilZl7Pos2 = k.KontoPos2 AND z.BilZl7Pos3 = k.KontoPos3)"},
+    {"ÖNORM",
+     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k "
+     "WHERE (k.KontoÖNORMAbrPos_I_II_III <> 0 OR k.KontoÖNORMAbrPos_ABC <> 0) "
+     "AND NOT EXISTS (SELECT 1 FROM AbrPosBkAbr a WHERE a.AbrPosBkPos2 > 0 "
+     "AND a.AbrPosBkPos1 = k.KontoÖNORMAbrPos_I_II_III "
+     "AND a.AbrPosBkPos2 = k.KontoÖNORMAbrPos_ABC)"},
+    {"BkBlock",
+     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k WHERE k.KontoBkBlockPos <> 0 "
+     "AND NOT EXISTS (SELECT 1 FROM AbrPosBkBlöcke b "
+     "WHERE b.BkBlockPos = k.KontoBkBlockPos)"},
+    {"ÖNORMBlock",
+     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k "
+     "WHERE k.KontoÖNORMAbrBlockPos <> 0 AND NOT EXISTS (SELECT 1 FROM "
+     "AbrPosBkBlöcke b WHERE b.BkBlockPos = k.KontoÖNORMAbrBlockPos)"},
+    {"Schlüssel",
+     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k WHERE NOT EXISTS (SELECT 1 "
+     "FROM AllgSchluesselDaten s WHERE s.SchlNummer = k.KontoAbrSchlPos)"},
+    {"BlockSchlüssel",
+     "SELECT COUNT(*) FROM AbrPosBkBlöcke b WHERE NOT EXISTS (SELECT 1 "
+     "FROM AllgSchluesselDaten s WHERE s.SchlNummer = b.BkBlockSchlPos)"},
+    {"Überschrift",
+     "SELECT COUNT(*) FROM AbrPosBkAbr a WHERE NOT EXISTS (SELECT 1 FROM "
+     "AbrPosBkAbr h WHERE h.AbrPosBkPos2 = 0 AND h.AbrPosBkPos1 = a.AbrPosBkPos1)"},
+    {"Salden",
+     "SELECT COUNT(*) FROM ObjKanzleiSalden s WHERE NOT EXISTS (SELECT 1 FROM "
+     "ObjKanzleiKontenstamm k WHERE k.KontoNr = s.SSKontoNr AND k.KontoJJ = s.SSJJ)"},
+    {"KrBuchung",
+     "SELECT COUNT(*) FROM KreditorenBuchungen b WHERE NOT EXISTS (SELECT 1 FROM "
+     "KreditorenKontenstamm k WHERE k.KrKontoNr = b.KbKontoNr)"},
+    {"KrSachkonto",
+     "SELECT COUNT(*) FROM KreditorenBuchungen b WHERE NOT EXISTS (SELECT 1 "
+     "FROM ObjKanzleiKontenstamm k WHERE k.KontoNr = b.KbSachKontoNr "
+     "AND k.KontoJJ = b.KbJJ)"},
+    {"KrObjekt",
+     "SELECT COUNT(*) FROM KreditorenBuchungen b JOIN KreditorenKontenstamm k "
+     "ON k.KrKontoNr = b.KbKontoNr WHERE (k.KrKontoTypus = '0') <> (b.KbObjNr = 0)"},
+    {"KrSalden",
+     "SELECT COUNT(*) FROM KreditorenSalden s WHERE NOT EXISTS (SELECT 1 FROM "
+     "KreditorenKontenstamm k WHERE k.KrKontoNr = s.KsKontoNr)"},
+};
+
+// The rules the account screen enforces before saving, and the code lists of the combos.
+const Pruefung regeln[] = {
+    {"Bezeichnung", "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoBezeichnung = ''"},
+    {"Nummernform",
+     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE length(KontoNr) < 4 "
+     "OR length(KontoNr) > 6"},
+    {"UstQuer",
+     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoUstProz NOT IN (0, 100) "
+     "AND KontoUstKtoNr = '' AND KontoVoranmPos <> 90"},
+    {"BkAbr",
+     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoBkENAbrDef <> 0 AND "
+     "(KontoBkBlockPos = 0 OR KontoBkEinnAusgPos = 0 OR KontoAbrUstProz = 100)"},
+    {"ÖNORMAbr",
+     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoÖNORMAbrPos_ABC <> 0 "
+     "AND (KontoBkBlockPos = 0 OR KontoAbrUstProz = 100)"},
+    {"HeAbr",
+     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoHeEinnAusgPos = 0 AND "
+     "KontoHeAbrVerdichtKz <> 0"},
+    {"Typus", "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoTypus NOT IN (0, 1, 2)"},
+    {"UstProz",
+     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm "
+     "WHERE KontoUstProz NOT IN (100, 0, 10, 20, 7, 19, 12, 13, 5)"},
+    {"AbrUstProz",
+     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoAbrUstProz NOT IN "
+     "(100, 99, 98, 900, 910, 920, 0, 10, 20, 89, 88, 7, 19)"},
+    {"Voranm",
+     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoVoranmPos NOT IN (0, 5, "
+     "1, 21, 11, 12, 15, 17, 18, 19, 16, 20, 22, 29, 25, 35, 37, 52, 38, 56, 57, 48, "
+     "44, 71, 72, 73, 75, 88, 76, 77, 60, 61, 83, 65, 66, 82, 87, 64, 62, 63, 67, "
+     "90, 27, 28, 32, 89, 6, 7, 8, 96, 97, 98, 99, 9, 10)"},
+    {"Codes",
+     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoBkENAbrDef > 2 "
+     "OR KontoBkEinnAusgPos > 4 OR KontoEstgPflichtig > 1 OR KontoBkAbrVerdichtKz > 5 "
+     "OR KontoHeEinnAusgPos > 2 OR KontoHeAbrVerdichtKz > 5 OR KontoHmzresPos > 7 "
+     "OR KontoHmzresVerdichtKz > 2 OR KontoBeiblPos > 10 OR KontoBeiblVerdichtKz > 2 "
+     "OR KontoAbschlArt > 5 OR KontoPVAKz > 5 OR KontoZusatzDatenJN > 1 "
+     "OR KontoÖNORMAbrKontenArt > 1 OR KontoPVAZusatz NOT IN (-1, 0)"},
+};
+
+QStringList verletzt(Database &db, const Pruefung *anfang, const Pruefung *ende)
+{
+    QStringList fehler;
+    for (const Pruefung *p = anfang; p != ende; ++p) {
+        const qint64 n = db.scalar(QString::fromUtf8(p->sql)).toLongLong();
+        if (n != 0)
+            fehler << QStringLiteral("%1: %2").arg(QString::fromUtf8(p->name)).arg(n);
+    }
+    return fehler;
+}
+
+QStringList alleVerletzungen(Database &db)
+{
+    return verletzt(db, std::begin(verweise), std::end(verweise))
+        + verletzt(db, std::begin(regeln), std::end(regeln));
+}
+
+qint64 anzahl(Database &db, const QString &sql, const QVariantList &params = {})
+{
+    return db.scalar(sql, params).toLongLong();
+}
+
+std::shared_ptr<Database> demo()
+{
+    auto db = Database::open(testhilfe::neueDatenbank());
+    frame::demoDatenbankAnlegen(*db);
+    return db;
+}
+
+} // namespace
+
+class TestDemodaten : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void demoIstStimmig()
+    {
+        auto db = demo();
+        QStringList fehler = alleVerletzungen(*db);
+        // Texts fit their columns (PostgreSQL refuses longer ones, the embedded engine not).
+        for (const Tabelle &t : schemaKatalog()) {
+            for (const Spalte &s : t.spalten) {
+                if (s.typ != Spaltentyp::Text)
+                    continue;
+                const QString sql = QStringLiteral("SELECT COUNT(*) FROM %1 WHERE length(%2) > %3")
+                                        .arg(t.name, s.name)
+                                        .arg(s.laenge);
+                if (anzahl(*db, sql) != 0)
+                    fehler << s.name;
+            }
+        }
+        QVERIFY2(fehler.isEmpty(), qPrintable(fehler.join(QStringLiteral("; "))));
+    }
+
+    void demoUmfang()
+    {
+        auto db = demo();
+        for (int jahr = frame::demoErstesJahr; jahr <= frame::demoLetztesJahr; ++jahr) {
+            const qint64 konten = anzahl(
+                *db, QStringLiteral("SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoJJ = ?"),
+                {jahr});
+            QVERIFY2(konten >= 280 && konten <= 330, qPrintable(QString::number(konten)));
+            for (int typus = 0; typus <= 2; ++typus) {
+                QVERIFY(anzahl(*db,
+                               QStringLiteral("SELECT COUNT(*) FROM ObjKanzleiKontenstamm "
+                                              "WHERE KontoJJ = ? AND KontoTypus = ?"),
+                               {jahr, typus})
+                        > 0);
+            }
+            auto c = db->query(QStringLiteral("SELECT KontoTypus, KontoBezeichnung FROM "
+                                              "ObjKanzleiKontenstamm WHERE KontoJJ = ? AND "
+                                              "KontoNr = '999998'"),
+                               {jahr});
+            QVERIFY(c->next());
+            QCOMPARE(c->ganzzahl(0), 0);
+            QCOMPARE(c->wert(1).toString(), QStringLiteral("Internes Verrechnungskonto"));
+            // Deletable accounts (no balance rows) and accounts with postings both occur.
+            QVERIFY(anzahl(*db,
+                           QStringLiteral("SELECT COUNT(*) FROM ObjKanzleiKontenstamm k WHERE "
+                                          "k.KontoJJ = ? AND NOT EXISTS (SELECT 1 FROM "
+                                          "ObjKanzleiSalden s WHERE s.SSJJ = k.KontoJJ AND "
+                                          "s.SSKontoNr = k.KontoNr)"),
+                           {jahr})
+                    > 10);
+            QVERIFY(anzahl(*db,
+                           QStringLiteral("SELECT COUNT(*) FROM ObjKanzleiSalden WHERE SSJJ = ? "
+                                          "AND SSBuNr > 0"),
+                           {jahr})
+                    > 100);
+        }
+        // Leading zeros are part of the number.
+        QVERIFY(anzahl(*db,
+                       QStringLiteral("SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE "
+                                      "KontoNr = '0010'"))
+                == 2);
+        const qint64 kreditoren
+            = anzahl(*db, QStringLiteral("SELECT COUNT(*) FROM KreditorenKontenstamm"));
+        QVERIFY(kreditoren >= 15 && kreditoren <= 25);
+        QVERIFY(anzahl(*db,
+                       QStringLiteral("SELECT COUNT(*) FROM KreditorenKontenstamm k WHERE "
+                                      "NOT EXISTS (SELECT 1 FROM KreditorenBuchungen b "
+                                      "WHERE b.KbKontoNr = k.KrKontoNr)"))
+                > 0);
+        QVERIFY(anzahl(*db,
+                       QStringLiteral("SELECT COUNT(*) FROM KreditorenBuchungen WHERE "
+                                      "KbObjNr = 0"))
+                > 0);
+        QVERIFY(anzahl(*db,
+                       QStringLiteral("SELECT COUNT(*) FROM KreditorenBuchungen WHERE "
+                                      "KbObjNr > 0"))
+                > 0);
+        // Key 0 exists, and the position masters have their headings.
+        QCOMPARE(db->scalar(QStringLiteral("SELECT SchlLangBezeich FROM AllgSchluesselDaten "
+                                           "WHERE SchlNummer = 0"))
+                     .toString(),
+                 QStringLiteral("keine Definition"));
+        for (int seite = 1; seite <= 3; ++seite) {
+            QVERIFY(anzahl(*db,
+                           QStringLiteral("SELECT COUNT(*) FROM BilanzPos WHERE "
+                                          "BilPosAktPass = ?"),
+                           {seite})
+                    > 5);
+        }
+    }
+
+    void demoIstDeterministisch()
+    {
+        auto a = demo();
+        auto b = demo();
+        QCOMPARE(frame::zusammenfassung(*a), frame::zusammenfassung(*b));
+        const QString summen = QStringLiteral(
+            "SELECT SUM(SSSollSumme) + SUM(SSHabenSumme) + SUM(SSBuNr) FROM ObjKanzleiSalden");
+        QCOMPARE(a->scalar(summen).toDouble(), b->scalar(summen).toDouble());
+        const QString buchungen
+            = QStringLiteral("SELECT SUM(KbBetrag) + SUM(KbObjNr) FROM KreditorenBuchungen");
+        QCOMPARE(a->scalar(buchungen).toDouble(), b->scalar(buchungen).toDouble());
+    }
+
+    void demoIstAtomar()
+    {
+        // A table that is in the way makes the generator fail; nothing else may remain.
+        auto db = Database::open(testhilfe::neueDatenbank());
+        db->execute(QStringLiteral("CREATE TABLE KreditorenSalden (x integer)"));
+        QVERIFY_THROWS_EXCEPTION(platform::RuntimeError, frame::demoDatenbankAnlegen(*db));
+        QVERIFY(!db->inTransaction());
+        QVERIFY(!db->hasTable(QStringLiteral("ObjKanzleiKontenstamm")));
+    }
+
+    void zusammenfassung()
+    {
+        auto db = demo();
+        const qint64 n = anzahl(*db,
+                                QStringLiteral("SELECT COUNT(*) FROM ObjKanzleiKontenstamm "
+                                               "WHERE KontoJJ = 2025"));
+        const QString text = frame::zusammenfassung(*db);
+        QVERIFY2(text.contains(QStringLiteral("Konten je Buchungsjahr: 2025: %1, 2026: %1").arg(n)),
+                 qPrintable(text));
+        QVERIFY(text.contains(QStringLiteral("AllgSchluesselDaten: 8 Zeilen")));
+        for (const Tabelle &t : schemaKatalog())
+            QVERIFY2(text.contains(t.name + QStringLiteral(": ")), qPrintable(t.name));
+    }
+
+    void jahrErzeugen_data()
+    {
+        QTest::addColumn<int>("anzahl");
+        QTest::newRow("keins") << 0;
+        QTest::newRow("nur 999998") << 1;
+        QTest::newRow("mitten in der Kanzlei") << 7;
+        QTest::newRow("mitten in einem Objekt") << 100;
+        QTest::newRow("viele Objekte, sechsstellig") << 1500;
+    }
+
+    void jahrErzeugen()
+    {
+        QFETCH(int, anzahl);
+        auto db = Database::open(testhilfe::neueDatenbank());
+        frame::jahrErzeugen(*db, 2030, anzahl);
+        QCOMPARE(::anzahl(*db,
+                          QStringLiteral("SELECT COUNT(*) FROM ObjKanzleiKontenstamm "
+                                         "WHERE KontoJJ = 2030")),
+                 qint64(anzahl));
+        QCOMPARE(::anzahl(*db,
+                          QStringLiteral("SELECT COUNT(*) FROM ObjKanzleiKontenstamm "
+                                         "WHERE KontoNr = '999998'")),
+                 qint64(anzahl > 0 ? 1 : 0));
+        const QStringList fehler = alleVerletzungen(*db);
+        QVERIFY2(fehler.isEmpty(), qPrintable(fehler.join(QStringLiteral("; "))));
+        // A second year beside it reuses the masters.
+        frame::jahrErzeugen(*db, 2031, 50);
+        QCOMPARE(::anzahl(*db,
+                          QStringLiteral("SELECT COUNT(*) FROM ObjKanzleiKontenstamm "
+                                         "WHERE KontoJJ = 2031")),
+                 qint64(50));
+        QVERIFY(alleVerletzungen(*db).isEmpty());
+    }
+
+    void jahrErzeugenZweimal()
+    {
+        auto db = Database::open(testhilfe::neueDatenbank());
+        frame::jahrErzeugen(*db, 2030, 20);
+        try {
+            frame::jahrErzeugen(*db, 2030, 40);
+            QFAIL("doppeltes Jahr angenommen");
+        } catch (const platform::RuntimeError &e) {
+            QCOMPARE(e.nummer(), platform::fehlernummer::DoppelterSchluessel);
+        }
+        QCOMPARE(anzahl(*db, QStringLiteral("SELECT COUNT(*) FROM ObjKanzleiKontenstamm")),
+                 qint64(20));
+    }
+};
+
+ZEP_ENGINE_TEST_MAIN(TestDemodaten)
+
+#include "tst_demodaten.moc"
