@@ -1,11 +1,13 @@
 #include "zelKontenStamm.h"
 
 #include "accounts/frmKontenStamm.h"
-#include "frame/Fehlerbericht.h"
+#include "frame/mdlFehlerZL.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/core/RuntimeError.h"
 #include "platform/core/VbWerte.h"
+#include "platform/ui/Fehlerfalle.h"
 #include "platform/ui/MsgBox.h"
+#include "siblings/zelAllgError.h"
 
 #include <QWidget>
 
@@ -29,6 +31,8 @@ zelKontenStamm::zelKontenStamm(QObject *parent)
     : QObject(parent)
 {
     AufrufInfo = QVariantList(AufrufInfoGroesse);
+    siblingsRegistrieren();
+    mdlFehlerZL::alsFehlerberichtEinrichten();
 }
 
 zelKontenStamm::~zelKontenStamm()
@@ -65,12 +69,10 @@ void zelKontenStamm::Kontenstamm_Aufruf(QVariantList &Info)
     }
 
     AktuellesProgramm = QStringLiteral("frmKontenStamm");
-    try {
+    platform::Falle(QStringLiteral("zelKontenStamm, in Kontenstamm_Aufruf"), [this] {
         bildschirmLaden();
         m_frmKontenStamm->exec();
-    } catch (const RuntimeError &e) {
-        frame::FehlerMelden(QStringLiteral("zelKontenStamm, in Kontenstamm_Aufruf"), e);
-    }
+    });
 }
 
 void zelKontenStamm::KreditorenKontenstamm_Aufruf(QVariantList &)

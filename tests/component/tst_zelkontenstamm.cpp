@@ -1,5 +1,189 @@
-// placeholder until the message-box recorder exists
+// The public class as a host sees it: the call cycle, the session values it sets, its events.
+#include "frame/mdlKontenStamm.h"
+#include "platform/core/RuntimeError.h"
+#include "platform/ui/MsgBox.h"
+#include "zelKontenStamm.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QSignalSpy>
 #include <QTest>
-class TestZelKontenStamm : public QObject { Q_OBJECT };
+#include <QTimer>
+
+using platform::MsgBoxProtokoll;
+using platform::RuntimeError;
+
+namespace {
+
+QVariantList info(int verarbeitungsjahr = 2025)
+{
+    QVariantList i(101);
+    i[0] = QStringLiteral("/tmp/nicht-vorhanden.zdb");
+    i[2] = 0;
+    i[4] = QStringLiteral("Access 2000;");
+    i[9] = 0;
+    i[10] = 2025;
+    i[11] = verarbeitungsjahr;
+    i[42] = 0;
+    return i;
+}
+
+int fehlernummerVon(const std::function<void()> &f)
+{
+    try {
+        f();
+    } catch (const RuntimeError &e) {
+        return e.nummer();
+    }
+    return 0;
+}
+
+} // namespace
+
+class TestZelKontenStamm : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { mdlKontenStamm::zuruecksetzen(); }
+
+    void verarbeitungsjahrNullBrichtAb()
+    {
+        MsgBoxProtokoll boxen;
+        zelKontenStamm k;
+        QSignalSpy ereignisse(&k, &zelKontenStamm::dllKontenStammEvent);
+        QVariantList i = info(0);
+        k.Kontenstamm_Aufruf(i);
+        QCOMPARE(boxen.anzahl(), 1);
+        QCOMPARE(boxen.letzter().text, QStringLiteral("das VerarbeitungsBuchungsjahr = 0\r\n"
+                                                      "Aufruf von Kontenstamm abgebrochen"));
+        QCOMPARE(boxen.letzter().titel, QStringLiteral("in zelKontenStamm"));
+        QCOMPARE(boxen.letzter().buttons, int(platform::vbOKOnly));
+        QVERIFY(!k.bildschirm());
+        QCOMPARE(ereignisse.count(), 0);
+    }
+
+    void zeigtBildschirmModal()
+    {
+        MsgBoxProtokoll boxen;
+        zelKontenStamm k;
+        QVariantList i = info(2003);
+        bool modalGesehen = false;
+        QTimer::singleShot(0, [&] {
+            auto *modal = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+            QVERIFY(modal);
+            modalGesehen = modal->objectName() == QLatin1String("frmKontenStamm");
+            modal->reject();
+        });
+        k.Kontenstamm_Aufruf(i);
+        QVERIFY(modalGesehen);
+        QCOMPARE(mdlKontenStamm::AktuellesProgramm, QStringLiteral("frmKontenStamm"));
+        QCOMPARE(mdlKontenStamm::Buchungsjahr, qint16(2025));
+        QCOMPARE(mdlKontenStamm::VerarbeitungsBuchungsjahr, qint16(2003));
+        QCOMPARE(mdlKontenStamm::DatenbankPfad, QStringLiteral("/tmp/nicht-vorhanden.zdb"));
+    }
+
+    void sondereinstiegBleibt()
+    {
+        MsgBoxProtokoll boxen;
+        zelKontenStamm k;
+        QVariantList i = info(0);
+        i[42] = 2;
+        k.Kontenstamm_Aufruf(i);
+        QVERIFY(mdlKontenStamm::Sondereinstieg);
+        QVariantList zweiter = info(0);
+        k.Kontenstamm_Aufruf(zweiter);
+        QVERIFY(mdlKontenStamm::Sondereinstieg);
+
+        mdlKontenStamm::zuruecksetzen();
+        QVariantList slot2 = info(0);
+        slot2[2] = 98;
+        k.Kontenstamm_Aufruf(slot2);
+        QVERIFY(mdlKontenStamm::Sondereinstieg);
+    }
+
+    void nurAnzeigeJedesMalNeu()
+    {
+        MsgBoxProtokoll boxen;
+        zelKontenStamm k;
+        QVariantList i = info(0);
+        i[9] = 20;
+        k.Kontenstamm_Aufruf(i);
+        QVERIFY(mdlKontenStamm::NurAnzeige);
+        i[9] = 21;
+        k.Kontenstamm_Aufruf(i);
+        QVERIFY(!mdlKontenStamm::NurAnzeige);
+    }
+
+    void fehlerErreichenDenHost_data()
+    {
+        QTest::addColumn<int>("groesse");
+        QTest::addColumn<int>("slot");
+        QTest::addColumn<QVariant>("wert");
+        QTest::addColumn<int>("fehler");
+        QTest::newRow("no index 42") << 42 << 0 << QVariant(QStringLiteral("x")) << 9;
+        QTest::newRow("year text") << 101 << 10 << QVariant(QStringLiteral("zwei")) << 13;
+        QTest::newRow("processing year text") << 101 << 11 << QVariant(QStringLiteral("x")) << 13;
+        QTest::newRow("year overflow") << 101 << 10 << QVariant(70000) << 6;
+        QTest::newRow("slot 2 text") << 101 << 2 << QVariant(QStringLiteral("zwei")) << 13;
+    }
+    void fehlerErreichenDenHost()
+    {
+        QFETCH(int, groesse);
+        QFETCH(int, slot);
+        QFETCH(QVariant, wert);
+        QFETCH(int, fehler);
+        MsgBoxProtokoll boxen;
+        zelKontenStamm k;
+        QVariantList i = info(2025);
+        i.resize(groesse);
+        i[slot] = wert;
+        QCOMPARE(fehlernummerVon([&] { k.Kontenstamm_Aufruf(i); }), fehler);
+        QCOMPARE(boxen.anzahl(), 0);
+        QVERIFY(!k.bildschirm());
+    }
+
+    void kreditorenEinstiegNurHinweis()
+    {
+        MsgBoxProtokoll boxen;
+        zelKontenStamm k;
+        QVariantList leer;
+        k.KreditorenKontenstamm_Aufruf(leer);
+        QCOMPARE(boxen.texte(),
+                 QStringList{QStringLiteral("der Kreditorenstamm wurde durch die AdDaten ersetzt")});
+        QCOMPARE(boxen.letzter().titel, platform::anwendungsTitel());
+        QVERIFY(!k.bildschirm());
+        QCOMPARE(mdlKontenStamm::DatenbankPfad, QString());
+    }
+
+    void freigabeMeldetEreignisDrei()
+    {
+        auto *k = new zelKontenStamm;
+        QSignalSpy ereignisse(k, &zelKontenStamm::dllKontenStammEvent);
+        k->EreignisMelden(7);
+        delete k;
+        QCOMPARE(ereignisse.count(), 2);
+        QCOMPARE(ereignisse.at(0).at(0).value<qint16>(), qint16(7));
+        QCOMPARE(ereignisse.at(1).at(0).value<qint16>(), qint16(3));
+    }
+
+    void programmendeOk()
+    {
+        zelKontenStamm k;
+        QVERIFY(!k.property("Programmende_OK").toBool());
+        k.setProperty("Programmende_OK", true);
+        QVERIFY(k.Programmende_OK());
+        QVERIFY(mdlKontenStamm::Programmende_OK);
+    }
+
+    void ohneBildschirmFehlerAnDenHost()
+    {
+        zelKontenStamm k;
+        QCOMPARE(fehlernummerVon([&] { k.einblenden(); }), 91);
+        QCOMPARE(fehlernummerVon([&] { k.ausblenden(); }), 91);
+        QCOMPARE(fehlernummerVon([&] { k.SetzenFocus(); }), 91);
+    }
+};
+
 QTEST_MAIN(TestZelKontenStamm)
 #include "tst_zelkontenstamm.moc"
