@@ -42,6 +42,18 @@ std::shared_ptr<Database> neueDatenbank(const QString &ort, bool mitDemodaten)
     return db;
 }
 
+// The help file shipped with the program: installed beside it, else the one of the source tree
+// the program was built from.
+QString mitgelieferteHilfe()
+{
+    const QString installiert
+        = QDir(QCoreApplication::applicationDirPath())
+              .filePath(QStringLiteral("../share/zepKontenStamm/kontenstamm.html"));
+    if (QFileInfo::exists(installiert))
+        return QFileInfo(installiert).canonicalFilePath();
+    return QStringLiteral(ZEP_HILFE_QUELLE);
+}
+
 int letztesBuchungsjahr(Database &db)
 {
     return db.scalar(QStringLiteral("SELECT max(KontoJJ) FROM ObjKanzleiKontenstamm")).toInt();
@@ -67,6 +79,8 @@ int main(int argc, char **argv)
     }
 
     Aufruf a = *aufruf;
+    if (a.hilfedatei.isEmpty())
+        a.hilfedatei = mitgelieferteHilfe();
     try {
         if (a.art == Aufruf::Art::Init || a.art == Aufruf::Art::Demo) {
             auto db = neueDatenbank(a.datenbank, a.art == Aufruf::Art::Demo);

@@ -16,8 +16,8 @@ QString normalisierteVerbindungsArt(const QVariant &wert)
     return Access;
 }
 
-QString datenSteuerungConnect(QVariantList &aufrufInfo, QString &verbindungsArt,
-                              const QString &aktuellesProgramm, const QString &passwort)
+QString verbindungsPraefix(QVariantList &aufrufInfo, QString &verbindungsArt,
+                           const QString &aktuellesProgramm)
 {
     QString connect;
     if (aktuellesProgramm != QLatin1String("ZELDokImport")) {
@@ -30,7 +30,14 @@ QString datenSteuerungConnect(QVariantList &aufrufInfo, QString &verbindungsArt,
         verbindungsArt = normalisierteVerbindungsArt(verbindungsArt);
         connect = verbindungsArt;
     }
-    return connect + QStringLiteral("pwd=") + passwort + QLatin1Char(';');
+    return connect;
+}
+
+QString datenSteuerungConnect(QVariantList &aufrufInfo, QString &verbindungsArt,
+                              const QString &aktuellesProgramm, const QString &passwort)
+{
+    return verbindungsPraefix(aufrufInfo, verbindungsArt, aktuellesProgramm)
+        + QStringLiteral("pwd=") + passwort + QLatin1Char(';');
 }
 
 QString passwortFehlerText(int nummer, const QString &beschreibung)

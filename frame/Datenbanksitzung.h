@@ -9,6 +9,11 @@ namespace frame {
 // "Access 2000;" stays as it is; every other value becomes "Access;".
 QString normalisierteVerbindungsArt(const QVariant &wert);
 
+// The connect prefix alone: "Access 2000;" or "Access;", normalising slot 4 of `aufrufInfo` (or
+// `verbindungsArt` for the document import) in place.
+QString verbindungsPraefix(QVariantList &aufrufInfo, QString &verbindungsArt,
+                           const QString &aktuellesProgramm);
+
 // The connect string a data control receives: the normalised prefix (slot 4 of the call
 // information, or `verbindungsArt` when the component runs for the document import), then
 // "pwd=", the password and ";". Normalises slot 4 of `aufrufInfo` (or `verbindungsArt`) in place,

@@ -114,6 +114,8 @@ private:
 class DataControl : public QWidget
 {
     Q_OBJECT
+    // The type name by which screens find their data controls among all controls.
+    Q_CLASSINFO("TypeName", "Data")
     Q_PROPERTY(QString DatabaseName READ DatabaseName WRITE setDatabaseName)
     Q_PROPERTY(QString Connect READ Connect WRITE setConnect)
     Q_PROPERTY(QString RecordSource READ RecordSource WRITE setRecordSource)

@@ -1,0 +1,71 @@
+#include "frame/DatenSteuerungen.h"
+
+#include "frame/Datenbanksitzung.h"
+#include "frame/mdlKontenStamm.h"
+#include "platform/core/CreateObject.h"
+#include "platform/core/RuntimeError.h"
+#include "platform/storage/Database.h"
+#include "platform/ui/MsgBox.h"
+
+#include <QMetaClassInfo>
+#include <QWidget>
+
+namespace frame {
+
+QString typName(const QWidget *steuerelement)
+{
+    const QMetaObject *mo = steuerelement->metaObject();
+    const int i = mo->indexOfClassInfo("TypeName");
+    if (i >= 0)
+        return QString::fromLatin1(mo->classInfo(i).value());
+    const QString name = QString::fromLatin1(mo->className());
+    return name.mid(name.lastIndexOf(QLatin1Char(':')) + 1);
+}
+
+void DBPasswortSetzen(const QString &pfad)
+{
+    if (platform::storage::Database::istPostgresUri(pfad))
+        return;
+    try {
+        platform::storage::Database::verschluesseln(pfad, platform::storage::DBPasswort);
+    } catch (const platform::RuntimeError &e) {
+        platform::MsgBox(passwortFehlerText(e.nummer(), e.beschreibung()), platform::vbOKOnly,
+                         passwortFehlerTitel);
+    }
+}
+
+void DatenSteuerungenVerbinden(QWidget *formular, bool passwortSetzen)
+{
+    using namespace mdlKontenStamm;
+    // Late-bound property access that passes over a refusal, as the original resumed with the
+    // next statement.
+    const auto still = [](auto &&schritt) {
+        try {
+            schritt();
+        } catch (const platform::RuntimeError &) { }
+    };
+
+    for (QWidget *w : formular->findChildren<QWidget *>()) {
+        if (typName(w) != QLatin1String("Data"))
+            continue;
+        if (passwortSetzen) {
+            still([&] { DBPasswortSetzen(platform::eigenschaft(w, "DatabaseName").toString()); });
+        }
+        still([&] {
+            platform::eigenschaftSetzen(
+                w, "Connect", verbindungsPraefix(AufrufInfo, VerbindungsArt, AktuellesProgramm));
+        });
+        still([&] {
+            const QString vorhanden = platform::eigenschaft(w, "Connect").toString();
+            platform::eigenschaftSetzen(w, "Connect",
+                                        vorhanden + QLatin1String("pwd=")
+                                            + platform::storage::DBPasswort + QLatin1Char(';'));
+        });
+        still([&] {
+            const QVariant name = platform::eigenschaft(w, "DatabaseName");
+            platform::eigenschaftSetzen(w, "DatabaseName", name);
+        });
+    }
+}
+
+} // namespace frame

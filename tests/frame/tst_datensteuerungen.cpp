@@ -1,0 +1,183 @@
+// Wiring the data controls of a screen: connect strings, the refused property, the password setter.
+#include "frame/DatenSteuerungen.h"
+#include "frame/mdlKontenStamm.h"
+#include "platform/storage/Database.h"
+#include "platform/ui/DataControl.h"
+#include "platform/ui/MsgBox.h"
+
+#include <QFile>
+#include <QLineEdit>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace platform;
+namespace mks = mdlKontenStamm;
+
+namespace {
+
+// A control that calls itself a data control but has no Connect property: the wiring must pass
+// over it without a report.
+class VerweigernderDatenbaustein : public QWidget
+{
+    Q_OBJECT
+    Q_CLASSINFO("TypeName", "Data")
+    Q_PROPERTY(QString DatabaseName MEMBER m_name)
+
+public:
+    using QWidget::QWidget;
+    QString m_name = QStringLiteral("unverändert");
+};
+
+QByteArray dateiInhalt(const QString &pfad)
+{
+    QFile f(pfad);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+} // namespace
+
+class tst_DatenSteuerungen : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void connectAusSlot4_data();
+    void connectAusSlot4();
+    void dokumentImportNimmtVerbindungsArt();
+    void bildschirmOhneDatensteuerungBleibtUnberuehrt();
+    void verweigerteEigenschaftWirdUebergangen();
+    void passwortSetzenVerschluesselt();
+    void passwortSetzenAufGeschuetzteDateiZeigtEnglischeMeldung();
+};
+
+void tst_DatenSteuerungen::init()
+{
+    mks::AufrufInfo = QVariantList(mks::AufrufInfoGroesse);
+    mks::AktuellesProgramm = QStringLiteral("frmKontenStamm");
+    mks::VerbindungsArt.clear();
+}
+
+void tst_DatenSteuerungen::connectAusSlot4_data()
+{
+    QTest::addColumn<QVariant>("slot4");
+    QTest::addColumn<QString>("praefix");
+    QTest::newRow("Access 2000") << QVariant(QStringLiteral("Access 2000;"))
+                                 << QStringLiteral("Access 2000;");
+    QTest::newRow("Access") << QVariant(QStringLiteral("Access;")) << QStringLiteral("Access;");
+    QTest::newRow("leer") << QVariant(QString()) << QStringLiteral("Access;");
+    QTest::newRow("Null") << QVariant() << QStringLiteral("Access;");
+    QTest::newRow("Kleinschreibung")
+        << QVariant(QStringLiteral("access 2000;")) << QStringLiteral("Access;");
+    QTest::newRow("ohne Strichpunkt")
+        << QVariant(QStringLiteral("Access 2000")) << QStringLiteral("Access;");
+    QTest::newRow("Zahl") << QVariant(2000) << QStringLiteral("Access;");
+}
+
+void tst_DatenSteuerungen::connectAusSlot4()
+{
+    QFETCH(QVariant, slot4);
+    QFETCH(QString, praefix);
+    mks::AufrufInfo[mks::slot::VerbindungsArt] = slot4;
+
+    QWidget form;
+    auto *kk = new DataControl(&form);
+    kk->setObjectName(QStringLiteral("KKData"));
+    kk->setConnect(QStringLiteral("Access"));
+    kk->setDatabaseName(QStringLiteral("/daten/kanzlei.zdb"));
+    auto *versteckt = new DataControl(new QWidget(&form));
+    versteckt->setConnect(QStringLiteral("Access"));
+
+    frame::DatenSteuerungenVerbinden(&form, false);
+
+    const QString erwartet = praefix + QStringLiteral("pwd=kellerabteil4;");
+    QCOMPARE(kk->Connect(), erwartet);
+    QCOMPARE(versteckt->Connect(), erwartet);
+    QCOMPARE(kk->DatabaseName(), QStringLiteral("/daten/kanzlei.zdb"));
+    QCOMPARE(mks::AufrufInfo.at(mks::slot::VerbindungsArt).toString(), praefix);
+}
+
+void tst_DatenSteuerungen::dokumentImportNimmtVerbindungsArt()
+{
+    mks::AktuellesProgramm = QStringLiteral("ZELDokImport");
+    mks::VerbindungsArt = QStringLiteral("Access 2000;");
+    mks::AufrufInfo[mks::slot::VerbindungsArt] = QStringLiteral("Jet;");
+    QWidget form;
+    auto *dc = new DataControl(&form);
+    frame::DatenSteuerungenVerbinden(&form, false);
+    QCOMPARE(dc->Connect(), QStringLiteral("Access 2000;pwd=kellerabteil4;"));
+    // The call information is not the import's business.
+    QCOMPARE(mks::AufrufInfo.at(mks::slot::VerbindungsArt).toString(), QStringLiteral("Jet;"));
+
+    mks::VerbindungsArt = QStringLiteral("irgendwas");
+    frame::DatenSteuerungenVerbinden(&form, false);
+    QCOMPARE(mks::VerbindungsArt, QStringLiteral("Access;"));
+    QCOMPARE(dc->Connect(), QStringLiteral("Access;pwd=kellerabteil4;"));
+}
+
+void tst_DatenSteuerungen::bildschirmOhneDatensteuerungBleibtUnberuehrt()
+{
+    mks::AufrufInfo[mks::slot::VerbindungsArt] = QStringLiteral("Jet;");
+    QWidget form;
+    auto *feld = new QLineEdit(&form);
+    feld->setProperty("Connect", QStringLiteral("Access"));
+    MsgBoxProtokoll boxen;
+    frame::DatenSteuerungenVerbinden(&form, true);
+    QCOMPARE(feld->property("Connect").toString(), QStringLiteral("Access"));
+    QCOMPARE(mks::AufrufInfo.at(mks::slot::VerbindungsArt).toString(), QStringLiteral("Jet;"));
+    QCOMPARE(boxen.anzahl(), 0);
+}
+
+void tst_DatenSteuerungen::verweigerteEigenschaftWirdUebergangen()
+{
+    QWidget form;
+    auto *fremd = new VerweigernderDatenbaustein(&form);
+    auto *dc = new DataControl(&form);
+    MsgBoxProtokoll boxen;
+    frame::DatenSteuerungenVerbinden(&form, false);
+    QCOMPARE(fremd->m_name, QStringLiteral("unverändert"));
+    QCOMPARE(dc->Connect(), QStringLiteral("Access;pwd=kellerabteil4;"));
+    QCOMPARE(boxen.anzahl(), 0);
+}
+
+void tst_DatenSteuerungen::passwortSetzenVerschluesselt()
+{
+    QTemporaryDir dir;
+    const QString pfad = dir.filePath(QStringLiteral("offen.zdb"));
+    {
+        auto db = storage::Database::create(pfad, QString());
+        db->execute(QStringLiteral("CREATE TABLE t (a INTEGER)"));
+        db->execute(QStringLiteral("INSERT INTO t VALUES (?)"), {42});
+    }
+    QVERIFY(dateiInhalt(pfad).startsWith("SQLite format 3"));
+
+    QWidget form;
+    auto *dc = new DataControl(&form);
+    dc->setDatabaseName(pfad);
+    MsgBoxProtokoll boxen;
+    frame::DatenSteuerungenVerbinden(&form, true);
+    QCOMPARE(boxen.anzahl(), 0);
+    QVERIFY(!dateiInhalt(pfad).startsWith("SQLite format 3"));
+    auto db = storage::Database::openSeparate(pfad);
+    QCOMPARE(db->scalar(QStringLiteral("SELECT a FROM t")).toInt(), 42);
+}
+
+void tst_DatenSteuerungen::passwortSetzenAufGeschuetzteDateiZeigtEnglischeMeldung()
+{
+    QTemporaryDir dir;
+    const QString pfad = dir.filePath(QStringLiteral("geschuetzt.zdb"));
+    storage::Database::create(pfad).reset();
+    const QByteArray vorher = dateiInhalt(pfad);
+
+    MsgBoxProtokoll boxen;
+    boxen.antworte(vbOK);
+    frame::DBPasswortSetzen(pfad);
+    QCOMPARE(boxen.anzahl(), 1);
+    QCOMPARE(boxen.letzter().titel, QStringLiteral("An Error has Occured!"));
+    QVERIFY(boxen.letzter().text.startsWith(QStringLiteral("The following error has occured.")));
+    QVERIFY(boxen.letzter().text.contains(QStringLiteral("Error Source: Set_DBPassword")));
+    QCOMPARE(dateiInhalt(pfad), vorher);
+}
+
+QTEST_MAIN(tst_DatenSteuerungen)
+#include "tst_datensteuerungen.moc"
