@@ -7,7 +7,11 @@
 #include "platform/storage/Database.h"
 #include "platform/ui/MsgBox.h"
 
+#include "frame/Skalierung.h"
+
+#include <QGuiApplication>
 #include <QMetaClassInfo>
+#include <QScreen>
 #include <QWidget>
 
 namespace frame {
@@ -66,6 +70,16 @@ void DatenSteuerungenVerbinden(QWidget *formular, bool passwortSetzen)
             platform::eigenschaftSetzen(w, "DatabaseName", name);
         });
     }
+}
+
+QString Bildschirmaufloesung()
+{
+    const QScreen *schirm = QGuiApplication::primaryScreen();
+    const QSize groesse = schirm ? schirm->size() : QSize();
+    mdlKontenStamm::BildschirmBreite = qint16(groesse.width());
+    mdlKontenStamm::BildschirmHoehe = qint16(groesse.height());
+    return Bildschirmaufloesung(mdlKontenStamm::BildschirmBreite,
+                                mdlKontenStamm::BildschirmHoehe);
 }
 
 } // namespace frame

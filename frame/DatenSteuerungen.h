@@ -20,4 +20,7 @@ void DBPasswortSetzen(const QString &pfad);
 // its DatabaseName so the next refresh uses it. A property a control refuses is passed over.
 void DatenSteuerungenVerbinden(QWidget *formular, bool passwortSetzen);
 
+// The display size as "W X H" in pixels; also kept in the session for the scaling.
+QString Bildschirmaufloesung();
+
 } // namespace frame

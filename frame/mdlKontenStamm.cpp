@@ -14,6 +14,8 @@ bool Sondereinstieg = false;
 QString AktuellesProgramm;
 bool Programmende_OK = false;
 QString VerbindungsArt;
+qint16 BildschirmBreite = 0;
+qint16 BildschirmHoehe = 0;
 
 QString FehlerOrt;
 QString FehlerZusatz1;

@@ -44,6 +44,10 @@ extern bool Programmende_OK;
 // Connect prefix used when the component runs for the document import.
 extern QString VerbindungsArt;
 
+// Display size in pixels, as last measured by Bildschirmaufloesung().
+extern qint16 BildschirmBreite;
+extern qint16 BildschirmHoehe;
+
 // --- error report ---
 extern QString FehlerOrt;
 extern QString FehlerZusatz1;

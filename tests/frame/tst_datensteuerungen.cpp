@@ -6,6 +6,8 @@
 #include "platform/ui/MsgBox.h"
 
 #include <QFile>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QLineEdit>
 #include <QTemporaryDir>
 #include <QTest>
@@ -48,6 +50,7 @@ private slots:
     void bildschirmOhneDatensteuerungBleibtUnberuehrt();
     void verweigerteEigenschaftWirdUebergangen();
     void passwortSetzenVerschluesselt();
+    void bildschirmaufloesungDesSchirms();
     void passwortSetzenAufGeschuetzteDateiZeigtEnglischeMeldung();
 };
 
@@ -177,6 +180,15 @@ void tst_DatenSteuerungen::passwortSetzenAufGeschuetzteDateiZeigtEnglischeMeldun
     QVERIFY(boxen.letzter().text.startsWith(QStringLiteral("The following error has occured.")));
     QVERIFY(boxen.letzter().text.contains(QStringLiteral("Error Source: Set_DBPassword")));
     QCOMPARE(dateiInhalt(pfad), vorher);
+}
+
+void tst_DatenSteuerungen::bildschirmaufloesungDesSchirms()
+{
+    const QSize s = QGuiApplication::primaryScreen()->size();
+    QCOMPARE(frame::Bildschirmaufloesung(),
+             QStringLiteral("%1 X %2").arg(s.width()).arg(s.height()));
+    QCOMPARE(mks::BildschirmBreite, qint16(s.width()));
+    QCOMPARE(mks::BildschirmHoehe, qint16(s.height()));
 }
 
 QTEST_MAIN(tst_DatenSteuerungen)
