@@ -102,14 +102,12 @@ int main(int argc, char **argv)
                   << Qt::endl;
             return 2;
         }
-        if (a.art == Aufruf::Art::Kreditoren) {
-            err() << "Der Kreditoren-Kontenstamm ist in dieser Version noch nicht enthalten."
-                  << Qt::endl;
-            return 2;
-        }
         QVariantList info = aufrufInfo(a, jahr);
         zelKontenStamm komponente;
-        komponente.Kontenstamm_Aufruf(info);
+        if (a.art == Aufruf::Art::Kreditoren)
+            komponente.KreditorenBildschirm_Aufruf(info);
+        else
+            komponente.Kontenstamm_Aufruf(info);
     } catch (const RuntimeError &e) {
         err() << "Fehler " << e.nummer() << ": " << e.beschreibung() << Qt::endl;
         return 2;

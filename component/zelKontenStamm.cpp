@@ -1,6 +1,7 @@
 #include "zelKontenStamm.h"
 
 #include "accounts/frmKontenStamm.h"
+#include "creditors/frmKreditorenKontenStamm.h"
 #include "frame/mdlFehlerZL.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/core/RuntimeError.h"
@@ -43,7 +44,7 @@ zelKontenStamm::~zelKontenStamm()
 
 void zelKontenStamm::enden() { }
 
-void zelKontenStamm::Kontenstamm_Aufruf(QVariantList &Info)
+bool zelKontenStamm::sitzungUebernehmen(QVariantList &Info)
 {
     AufrufInfo = Info;
     if (vb::gleich(aufrufSlot(AufrufInfo, slot::Zahl2), 98)
@@ -65,14 +66,28 @@ void zelKontenStamm::Kontenstamm_Aufruf(QVariantList &Info)
         platform::MsgBox(QStringLiteral("das VerarbeitungsBuchungsjahr = 0\r\n"
                                         "Aufruf von Kontenstamm abgebrochen"),
                          platform::vbOKOnly, QStringLiteral("in zelKontenStamm"));
-        return;
+        return false;
     }
+    return true;
+}
 
+void zelKontenStamm::Kontenstamm_Aufruf(QVariantList &Info)
+{
+    if (!sitzungUebernehmen(Info))
+        return;
     AktuellesProgramm = QStringLiteral("frmKontenStamm");
     platform::Falle(QStringLiteral("zelKontenStamm, in Kontenstamm_Aufruf"), [this] {
         bildschirmLaden();
         m_frmKontenStamm->exec();
     });
+}
+
+void zelKontenStamm::KreditorenBildschirm_Aufruf(QVariantList &Info)
+{
+    if (!sitzungUebernehmen(Info))
+        return;
+    platform::Falle(QStringLiteral("zelKontenStamm, in KreditorenBildschirm_Aufruf"),
+                    [] { creditors::kreditorenKontenstammZeigen(); });
 }
 
 void zelKontenStamm::KreditorenKontenstamm_Aufruf(QVariantList &)

@@ -33,6 +33,11 @@ public:
     // Retired entry: only tells the user that the creditor master has been replaced.
     Q_INVOKABLE void KreditorenKontenstamm_Aufruf(QVariantList &Info);
 
+    // The creditor screen for the host program's --kreditoren option: the session is taken over
+    // as by Kontenstamm_Aufruf, then the screen runs modally. (The suite's own entry above was
+    // retired and only shows its notice.)
+    Q_INVOKABLE void KreditorenBildschirm_Aufruf(QVariantList &Info);
+
     Q_INVOKABLE void einblenden();
     Q_INVOKABLE void ausblenden();
     Q_INVOKABLE void SetzenFocus();
@@ -54,6 +59,7 @@ signals:
 
 private:
     void bildschirmLaden();
+    bool sitzungUebernehmen(QVariantList &Info);
 
     QPointer<QDialog> m_frmKontenStamm;
 };

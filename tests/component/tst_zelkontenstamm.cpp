@@ -1,6 +1,8 @@
 // The public class as a host sees it: the call cycle, the session values it sets, its events.
 #include "frame/mdlKontenStamm.h"
 #include "platform/core/RuntimeError.h"
+#include "platform/storage/Database.h"
+#include "platform/storage/Schema.h"
 #include "platform/ui/MsgBox.h"
 #include "zelKontenStamm.h"
 
@@ -8,6 +10,7 @@
 #include <QDialog>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTemporaryDir>
 #include <QTimer>
 
 using platform::MsgBoxProtokoll;
@@ -81,6 +84,48 @@ private slots:
         QCOMPARE(mdlKontenStamm::Buchungsjahr, qint16(2025));
         QCOMPARE(mdlKontenStamm::VerarbeitungsBuchungsjahr, qint16(2003));
         QCOMPARE(mdlKontenStamm::DatenbankPfad, QStringLiteral("/tmp/nicht-vorhanden.zdb"));
+    }
+
+    void kreditorenBildschirmFuerDenHost()
+    {
+        QTemporaryDir dir;
+        const QString pfad = dir.filePath(QStringLiteral("kanzlei.zdb"));
+        platform::storage::schemaAnlegen(*platform::storage::Database::create(pfad));
+        MsgBoxProtokoll boxen;
+        boxen.setAntwortFunktion([](const platform::MsgBoxEintrag &) { return platform::vbOK; });
+        zelKontenStamm k;
+        QVariantList i = info(2003);
+        i[0] = pfad;
+        i[9] = mdlKontenStamm::AufrufartKreditorenNurAnzeige;
+        QString gesehen;
+        bool nurAnzeige = false;
+        const auto schliessen = [&] {
+            auto *modal = QApplication::activeModalWidget();
+            if (!modal)
+                return false;
+            gesehen = modal->objectName();
+            nurAnzeige = mdlKontenStamm::NurAnzeige;
+            modal->close();
+            return true;
+        };
+        QTimer t;
+        connect(&t, &QTimer::timeout, [&] {
+            if (schliessen())
+                t.stop();
+        });
+        t.start(20);
+        k.KreditorenBildschirm_Aufruf(i);
+        QCOMPARE(gesehen, QStringLiteral("frmKreditorenKontenStamm"));
+        QVERIFY(nurAnzeige);
+        QCOMPARE(mdlKontenStamm::DatenbankPfad, pfad);
+
+        // The processing year 0 aborts before any screen, as for the account screen.
+        boxen.leeren();
+        gesehen.clear();
+        QVariantList ohneJahr = info(0);
+        k.KreditorenBildschirm_Aufruf(ohneJahr);
+        QVERIFY(gesehen.isEmpty());
+        QVERIFY(boxen.letzter().text.startsWith(QStringLiteral("das VerarbeitungsBuchungsjahr = 0")));
     }
 
     void sondereinstiegBleibt()
