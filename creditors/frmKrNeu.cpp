@@ -3,6 +3,7 @@
 #include "creditors/Kreditorenregeln.h"
 #include "creditors/frmKreditorenKontenStamm.h"
 #include "creditors/mdlKreditoren.h"
+#include "frame/FormSkalieren.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/ui/MsgBox.h"
 #include "ui_frmKrNeu.h"
@@ -35,6 +36,10 @@ void frmKrNeu::Form_Load()
     const QSize eigen = frameGeometry().size();
     move(KrFormLeft + KrFormWidth / 2 - eigen.width() / 2,
          KrFormTop + KrFormHeight / 2 - eigen.height() / 2);
+    bool positionen = true;
+    bool schriften = true;
+    double faktor = 0;
+    frame::FormSkalieren(this, positionen, schriften, faktor);
 }
 
 void frmKrNeu::cmdOK_Click()
