@@ -7,6 +7,7 @@
 #include <charconv>
 #include <cmath>
 #include <libpq-fe.h>
+#include <malloc.h>
 #include <vector>
 
 namespace platform::storage {
@@ -58,6 +59,8 @@ QByteArray alsText(const QVariant &wert)
     }
 }
 
+constexpr int GrossesErgebnis = 2000;
+
 class PostgresCursor final : public Cursor
 {
 public:
@@ -88,7 +91,16 @@ public:
             }
         }
     }
-    ~PostgresCursor() override { PQclear(m_res); }
+    ~PostgresCursor() override
+    {
+        // libpq keeps a whole result in many small heap blocks; after a year's load the heap
+        // would hold on to them. Hand the memory back so a loaded record set costs only its own
+        // packed rows.
+        const bool gross = PQntuples(m_res) >= GrossesErgebnis;
+        PQclear(m_res);
+        if (gross)
+            malloc_trim(0);
+    }
 
     int spaltenAnzahl() const override { return m_spalten; }
     QString spaltenName(int spalte) const override
