@@ -1,5 +1,7 @@
 #include "screens/InputFeld.h"
 
+#include "platform/ui/MsgBox.h"
+
 #include <QPalette>
 #include <QRegularExpression>
 #include <QRegularExpressionValidator>
@@ -9,6 +11,27 @@ namespace screens {
 InputFeld::InputFeld(QWidget *parent)
     : QLineEdit(parent)
 {
+    connect(this, &QLineEdit::inputRejected, this, [this] {
+        if (m_fehlermeldungen)
+            platform::MsgBox(regelText(), platform::vbExclamation, QStringLiteral("Eingabefehler"));
+    });
+}
+
+QString InputFeld::regelText() const
+{
+    QStringList regeln;
+    regeln
+        << (m_anzdezimalen > 0
+                ? QStringLiteral("eine Zahl mit höchstens %1 Nachkommastellen").arg(m_anzdezimalen)
+                : QStringLiteral("eine ganze Zahl"));
+    if (m_maxwert > 0)
+        regeln << QStringLiteral("höchstens %1 Stellen vor dem Komma").arg(m_maxwert);
+    if (m_keinminus)
+        regeln << QStringLiteral("ohne Minuszeichen");
+    if (m_keintausendpkt)
+        regeln << QStringLiteral("ohne Tausenderpunkte");
+    return QStringLiteral("Diese Eingabe ist hier nicht möglich.\r\nErlaubt ist %1.")
+        .arg(regeln.join(QStringLiteral(", ")));
 }
 
 void InputFeld::setAnzdezimalen(int n)
@@ -62,8 +85,8 @@ void InputFeld::validatorErneuern()
         setValidator(nullptr);
         return;
     }
-    const QString ganz = m_maxwert > 0 ? QStringLiteral("\\d{0,%1}").arg(m_maxwert)
-                                       : QStringLiteral("\\d*");
+    const QString ganz
+        = m_maxwert > 0 ? QStringLiteral("\\d{0,%1}").arg(m_maxwert) : QStringLiteral("\\d*");
     const QString tausend = m_keintausendpkt ? QString() : QStringLiteral("|[\\d.]*");
     const QString vorzeichen = m_keinminus ? QString() : QStringLiteral("-?");
     const QString dezimal

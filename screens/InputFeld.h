@@ -37,6 +37,8 @@ public:
 
     // True when text would be accepted as the field's content.
     bool zulaessig(const QString &text) const;
+    // What the field takes, in words, for its own error message.
+    QString regelText() const;
 
 private:
     void validatorErneuern();
