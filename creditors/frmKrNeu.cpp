@@ -6,6 +6,7 @@
 #include "frame/FormSkalieren.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/ui/MsgBox.h"
+#include "screens/Bildschirmstil.h"
 #include "ui_frmKrNeu.h"
 
 #include <QPushButton>
@@ -21,6 +22,7 @@ frmKrNeu::frmKrNeu(frmKreditorenKontenStamm *screen)
     , m_screen(screen)
 {
     m_ui->setupUi(this);
+    screens::bildschirmEinrichten(this);
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &frmKrNeu::cmdOK_Click);
     connect(m_ui->cmdAbbrechen, &QPushButton::clicked, this, &frmKrNeu::cmdAbbrechen_Click);
     Form_Load();

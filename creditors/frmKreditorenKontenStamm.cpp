@@ -16,6 +16,7 @@
 #include "platform/ui/MsgBox.h"
 #include "platform/ui/Sanduhr.h"
 #include "screens/Bindungen.h"
+#include "screens/Bildschirmstil.h"
 #include "ui_frmKreditorenKontenStamm.h"
 
 #include <QApplication>
@@ -73,6 +74,7 @@ frmKreditorenKontenStamm::frmKreditorenKontenStamm(QWidget *parent)
     , m_ui(std::make_unique<Ui::frmKreditorenKontenStamm>())
 {
     m_ui->setupUi(this);
+    screens::bildschirmEinrichten(this);
     screens::bindungenHerstellen(this);
     m_fokus = new platform::Fokus(this);
     // An editable combo can show a text of its own ("ungültiger Wert"); the user still only

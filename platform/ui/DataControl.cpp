@@ -403,6 +403,9 @@ DataControl::DataControl(QWidget *parent)
         // The bar never takes the focus, so the fields' Validate does not run for it.
         b->setFocusPolicy(Qt::NoFocus);
         b->setAutoRaise(false);
+        // Narrow arrows leave the width to the caption, as on the suite's data controls.
+        b->setMaximumWidth(22);
+        b->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
         connect(b, &QToolButton::clicked, this, [this, action] { navigieren(action); });
         layout->addWidget(b);
     };
@@ -411,6 +414,8 @@ DataControl::DataControl(QWidget *parent)
     m_caption = new QLabel(this);
     m_caption->setAlignment(Qt::AlignCenter);
     m_caption->setFrameShape(QFrame::StyledPanel);
+    m_caption->setWordWrap(true);
+    m_caption->setMinimumWidth(0);
     layout->addWidget(m_caption, 1);
     knopf(QStringLiteral(">"), QStringLiteral("Nächster Datensatz"), vbDataActionMoveNext);
     knopf(QStringLiteral(">|"), QStringLiteral("Letzter Datensatz"), vbDataActionMoveLast);

@@ -1,0 +1,94 @@
+// Renders the screens of the component to PNG files without a display, for the README and for
+// checking the layouts by eye: kontenstamm-screenshots ZIELORDNER
+#include "screens/Bildschirmstil.h"
+#include "screens/Bindungen.h"
+#include "ui_frmKoBeginn.h"
+#include "ui_frmKrNeu.h"
+#include "ui_frmKreditorenKontenStamm.h"
+#include "ui_frmNeu.h"
+#if __has_include("ui_frmKontenStamm.h")
+#include "ui_frmKontenStamm.h"
+#define ZEP_MIT_KONTENSTAMM 1
+#endif
+
+#include <QApplication>
+#include <QDialog>
+#include <QDir>
+#include <QTabBar>
+#include <QTextStream>
+#include <functional>
+
+namespace {
+
+QString g_ziel;
+int g_fehler = 0;
+
+void speichern(QWidget *w, const QString &name)
+{
+    w->show();
+    QApplication::processEvents();
+    const QString datei = QDir(g_ziel).filePath(name + QStringLiteral(".png"));
+    if (!w->grab().save(datei)) {
+        QTextStream(stderr) << "Konnte " << datei << " nicht schreiben.\n";
+        ++g_fehler;
+        return;
+    }
+    QTextStream(stdout) << datei << '\n';
+}
+
+template<class Ui> void bildschirm(const QString &name)
+{
+    QDialog d;
+    Ui ui;
+    ui.setupUi(&d);
+    screens::bildschirmEinrichten(&d);
+    screens::bindungenHerstellen(&d);
+    speichern(&d, name);
+}
+
+#ifdef ZEP_MIT_KONTENSTAMM
+// One picture per register page: the page's frame alone is shown, the shared frame of the
+// operating-cost VAT key on the second and third page.
+void kontenstamm()
+{
+    QDialog d;
+    Ui::frmKontenStamm ui;
+    ui.setupUi(&d);
+    screens::bildschirmEinrichten(&d);
+    screens::bindungenHerstellen(&d);
+    auto *reiter = d.findChild<QTabBar *>(QStringLiteral("TabStrip1"));
+    for (int seite = 0; seite < 7; ++seite) {
+        for (int i = 0; i < 7; ++i) {
+            if (auto *f = d.findChild<QWidget *>(QStringLiteral("frame1_%1").arg(i)))
+                f->setVisible(i == seite);
+        }
+        if (auto *bk = d.findChild<QWidget *>(QStringLiteral("fraBkUstSchl")))
+            bk->setVisible(seite == 1 || seite == 2);
+        if (reiter && seite < reiter->count())
+            reiter->setCurrentIndex(seite);
+        speichern(&d, QStringLiteral("frmKontenStamm-seite%1").arg(seite + 1));
+    }
+}
+#endif
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    g_ziel = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral(".");
+    if (!QDir().mkpath(g_ziel)) {
+        QTextStream(stderr) << "Zielordner " << g_ziel << " lässt sich nicht anlegen.\n";
+        return 2;
+    }
+#ifdef ZEP_MIT_KONTENSTAMM
+    kontenstamm();
+#else
+    QTextStream(stderr) << "frmKontenStamm: Layout noch nicht vorhanden, übersprungen.\n";
+#endif
+    bildschirm<Ui::frmNeu>(QStringLiteral("frmNeu"));
+    bildschirm<Ui::frmKoBeginn>(QStringLiteral("frmKoBeginn"));
+    bildschirm<Ui::frmKreditorenKontenStamm>(QStringLiteral("frmKreditorenKontenStamm"));
+    bildschirm<Ui::frmKrNeu>(QStringLiteral("frmKrNeu"));
+    return g_fehler == 0 ? 0 : 1;
+}
