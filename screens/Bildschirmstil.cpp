@@ -5,6 +5,7 @@
 #include <QProxyStyle>
 #include <QPushButton>
 #include <QStyleOptionButton>
+#include <QTabBar>
 
 namespace screens {
 
@@ -57,6 +58,13 @@ void bildschirmEinrichten(QWidget *form)
     form->setFont(schrift);
     for (QPushButton *knopf : form->findChildren<QPushButton *>())
         knopf->setStyle(knopfStil());
+    // A tab strip cannot get its tabs from a layout file; they travel in its "Tabs" property.
+    for (QTabBar *reiter : form->findChildren<QTabBar *>()) {
+        if (reiter->count() > 0)
+            continue;
+        for (const QString &text : reiter->property("Tabs").toStringList())
+            reiter->addTab(text);
+    }
 }
 
 } // namespace screens

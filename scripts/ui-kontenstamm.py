@@ -1,0 +1,282 @@
+#!/usr/bin/env python3
+"""Writes screens/frmKontenStamm.ui from the table below (positions in pixels at 96 dpi).
+
+The account screen's grouping is fixed (form, tab strip, the seven page frames, the shared
+operating-cost VAT frame, the data frame, the PVA frame); positions are ours. Edit the table and
+run the script again rather than editing the .ui by hand.
+"""
+import os
+from xml.sax.saxutils import escape
+
+# (name, kind, parent, text, x, y, w, h, source, field, tooltip)
+# kinds: L label, B button, I InputFeld, C combo, K check box, T text box, F frame,
+#        D data control, S tab strip
+C = []
+
+
+def add(name, kind, parent, text, x, y, w, h, source="", field="", tip=""):
+    C.append((name, kind, parent, text, x, y, w, h, source, field, tip))
+
+
+FORM = "frmKontenStamm"
+TIP_VERDICHT = "Definition unterschiedliche Darstellungsmöglichkeiten des Kontos in BK-Objektabrechnung"
+
+# --- form: number, buttons, year ---
+add("lblBankltz", "L", FORM, "KontoNummer", 12, 10, 96, 16)
+add("inpKontoNr", "I", FORM, "", 12, 28, 96, 26)
+add("cmdKontoEinlesen", "B", FORM, "Kontenstammsatz  lesen / speichern", 118, 12, 124, 42)
+add("cmdKontoNeueröff", "B", FORM, "Kontenstammsatz neu", 248, 12, 110, 42)
+add("cmdKontoLöschen", "B", FORM, "Kontenstammsatz löschen    ", 364, 12, 110, 42)
+add("cmdKontoListe", "B", FORM, "Konten Auswahlhilfe", 480, 12, 110, 42)
+add("lblBuchjahrText", "L", FORM, "Buchungsjahr:", 730, 12, 84, 16)
+add("lblBuchjahr", "L", FORM, "#", 816, 12, 60, 16)
+add("cmdHilfe", "B", FORM, "?", 846, 32, 42, 24)
+add("TabStrip1", "S", FORM, "", 12, 64, 876, 26)
+for i, cap in enumerate(["Frame1(0)", "Frame1(1, Bk-Abr)", "Frame1(2, Önorm)", "Frame1(3, He-Abr)",
+                         "Frame1(4,Beibl)", "Frame1(5,HMZ)", "Frame1(6) Abschlussdaten"]):
+    add(f"frame1_{i}", "F", FORM, cap, 12, 90, 876, 424)
+add("fraBkUstSchl", "F", FORM, "gemeinsame Daten für BK- und Önorm-Abrechnung ", 24, 400, 852, 100)
+add("KKData", "D", FORM, " vorwärts / rückwärts", 12, 522, 380, 32)
+add("cmdAbrPosStammAufruf", "B", FORM, "BK-Abr Positionenstamm", 404, 522, 150, 32)
+add("cmdÖNORMPosStammAufruf", "B", FORM, "ÖNORM Positionenstamm", 560, 522, 150, 32)
+add("cmdExit", "B", FORM, "Beenden", 788, 522, 100, 32)
+add("fraData", "F", FORM, "DataFrame", 12, 300, 876, 84)
+for i, n in enumerate(["KKChkData", "SSData", "ASLData", "BkBlockData", "BkPosData",
+                       "BkPosChkData", "BilPosData", "Zl7BilPosData"]):
+    add(n, "D", "fraData", n, 8 + (i % 4) * 216, 22 + (i // 4) * 28, 208, 24)
+
+# Rows of a page: label at the left, code field, combo.
+LX, LW, IX, IW, CX, CW, H = 12, 300, 320, 44, 370, 300, 24
+
+
+def row(page, r):
+    return 30 + r * 32
+
+
+def zeile(parent, r, label, text, inp=None, field=None, combo=None, tip_inp="", tip_combo="",
+          source="KKData"):
+    y = row(parent, r)
+    if label:
+        add(label, "L", parent, text, LX, y + 4, LW, 16)
+    if inp:
+        add(inp, "I", parent, "", IX, y, IW, H, source, field, tip_inp)
+    if combo:
+        add(combo, "C", parent, "", CX, y, CW, H, tip=tip_combo)
+
+
+# --- page 0: general ---
+P = "frame1_0"
+zeile(P, 0, "lblKtobez", "Konto-Bezeichnung:")
+add("inpKontoBezeichnung", "I", P, "", IX, row(P, 0), 350, H, "KKData", "KontoBezeichnung")
+add("lblKontoBezeichnung", "L", P, "", 680, row(P, 0) + 4, 180, 16)
+zeile(P, 1, "Label2", "Konto-Typus:", "inpKontoTypus", "KontoTypus", "cmbKontoTypus")
+zeile(P, 2, "Label3", "Konto-UstProzentsatz (Vorsteuer-Vorschlag):", "inpKontoUstProz",
+      "KontoUstProz", "cmbKontoUstProz")
+zeile(P, 3, "Label4", "Konto-UstKontoNummer:")
+add("inpKontoUstKtoNr", "I", P, "", IX, row(P, 3), 80, H, "KKData", "KontoUstKtoNr")
+add("Label1", "L", P, "=", 406, row(P, 3) + 4, 12, 16)
+add("lblUstKontoBezeich", "L", P, "#", 422, row(P, 3) + 4, 440, 16)
+zeile(P, 4, "lblZusatzdatenJn", "ZusatzDaten J/N:", "inpKontoZusatzDatenJN", "KontoZusatzdatenJn",
+      "cmbKontoZusatzdatenJN", source="kkdata")
+zeile(P, 5, "lblVoranmPos", "Voranmeldungs-Position:", "inpKontoVoranmPos", "KontoVoranmPos",
+      "cmbKontoVoranmPos")
+add("lblCode75", "L", P, "Code 088 war bis zum Jahr 2008 Code 075!!!", 680, row(P, 5) + 4, 186, 32)
+zeile(P, 6, "Label33", "Vorsteuerkürzungsschlüssel Zeile", "inpKontoVSTKuerz", "KontoVSTKuerz")
+add("chckPVAZusatz", "K", P, "Steuerkonto Zusatzliste", CX, row(P, 6), 240, H)
+zeile(P, 7, "Label8", "Anmerkungen zur Kontoverwendung:")
+add("inpKontoAnmerkung1", "I", P, "", IX, row(P, 7), 540, H, "KKData", "KontoAnmerkung1")
+add("inpKontoAnmerkung2", "I", P, "", IX, row(P, 8), 540, H, "KKData", "KontoAnmerkung2")
+add("frm_pva", "F", P, "", 12, row(P, 9) + 4, 852, 90)
+add("Label32", "L", "frm_pva", "SAP Kontonr:", 12, 24, 96, 16)
+add("inpKtonummer", "I", "frm_pva", "", 112, 20, 84, H, "KKData", "KontoSAPKtNr2")
+add("inpKtonummer_alt", "T", "frm_pva", "", 202, 20, 84, H)
+add("inpSAPKontoNr", "I", "frm_pva", "", 292, 20, 84, H, "KKData", "KontoSAPKtNr")
+add("inpSachkontoNr", "I", "frm_pva", "", 382, 20, 84, H, "KKData", "KontoSachKTNr")
+add("Label34", "L", "frm_pva", "Buchungsart:", 12, 58, 96, 16)
+add("inpBuchungsArt", "I", "frm_pva", "", 112, 54, 44, H, "KKData", "KontoBuchArt")
+add("Label35", "L", "frm_pva", "ZL-Sperre:", 202, 58, 84, 16)
+add("inpZLSperre", "I", "frm_pva", "", 292, 54, 44, H, "KKData", "KontoZLSperre")
+add("Label36", "L", "frm_pva", "Verdicht-KZ:", 382, 58, 84, 16)
+add("inpVerdichtKZ", "I", "frm_pva", "", 472, 54, 44, H, "KKData", "KontoVerdichtKZ")
+
+# --- page 1: operating-cost statement ---
+P = "frame1_1"
+zeile(P, 0, "Label5", "BK-Mieter-/Eigentümer-Abr:", "inpBKENAbrDef", "KontoBkENAbrDef",
+      "cmbBkENAbrDef",
+      tip_combo="Für welche Abrechnungsart (Mieter oder Eigentümer-Abrechnung) gilt das Konto")
+zeile(P, 1, "Label7", "Bk-Einn-/Ausg-/SV-Def:", "inpBkEinnAusgPos", "KontoBkEinnAusgPos",
+      "cmbBkEinnAusgPos", tip_combo="Definition ob Konto ein Einnahmen- oder Ausgabenkonto ist")
+zeile(P, 2, "Label10", "Bk-Konto-Darstellung-Def in Abrechnung:", "inpBkAbrVerdichtKz",
+      "KontoBkAbrVerdichtKz", "cmbBkAbrVerdichtKz", tip_combo=TIP_VERDICHT)
+zeile(P, 3, "Label6", "Bk-Abr-Aufteilungsschlüssel (Obj-Stamm/Obj-Schlüssel):", "inpAbrSchlPos",
+      "KontoAbrSchlPos",
+      tip_inp="NOTWENDIG für die Aufteilung dieses Kontos in der BK-Abrechnung")
+add("Label31", "L", P, "[NOTWENDIG für die Aufteilung dieses Kontos in der BK-Abrechnung]", CX,
+    row(P, 3) + 4, 460, 16)
+zeile(P, 4, None, None, "inpEstgPflichtig", "KontoEstgpflichtig", "cmbEstgPflichtig")
+
+# --- page 2: statement after the Austrian standard ---
+P = "frame1_2"
+zeile(P, 0, "lblKostenArt", "KontenArt:", "inpKostenArt", "KontoÖNORMAbrKontenArt", "cmbKostenArt")
+zeile(P, 1, "lblAbrPos2", "ÖNORM A4000-Abrechnung Konto-Abrech.Position:")
+add("inpAbrechPosition", "I", P, "", IX, row(P, 1), IW, H, "KKData", "KontoÖNORMAbrPos_I_II_III")
+add("inpAbrechPosition2", "I", P, "", CX, row(P, 1), IW, H, "KKData", "KontoÖNORMAbrPos_ABC")
+add("cmbAbrPos2", "C", P, "", CX + 50, row(P, 1), CW, H)
+
+# --- page 3: owners' statement ---
+P = "frame1_3"
+zeile(P, 0, "Label13", "He-Einn-/Ausg-Def:", "inpHeEinnAusgPos", "KontoHeEinnAusgPos",
+      "cmbHeEinnAusgPos")
+zeile(P, 1, "Label11", "He-Konto-Darstellung-Def in Hauseigentümer-Abrechnung:",
+      "inpHeAbrVerdichtKz", "KontoHeAbrVerdichtKz", "cmbHeAbrVerdichtKz")
+add("Label12", "L", P, "Label12", LX, row(P, 2) + 8, 840, 1)
+
+# --- page 4: supplementary sheet ---
+P = "frame1_4"
+zeile(P, 0, "Label14", "Konto-Beiblattposition:", "inpBeiblPos", "KontoBeiblPos", "cmbBeiblPos")
+zeile(P, 1, "Label15", "Definition der Konto-Darstellung in Beiblatt-Objektteil:",
+      "inpBeiblVerdichtKz", "KontoBeiblVerdichtKz", "cmbBeiblVerdichtKz")
+
+# --- page 5: main-rent reserve ---
+P = "frame1_5"
+zeile(P, 0, "Label26", "Hauptmietzinsreserve- Position:", "inpKontoHmzResPos", "KontoHmzResPos",
+      "cmbKontoHmzResPos")
+zeile(P, 1, "Label27", "Hmz-Konto-Darstellung in Hauptmietzinsreserve:",
+      "inpKontoHmzResVerdichtKz", "KontoHmzResVerdichtKz", "cmbKontoHmzResVerdichtKz",
+      tip_combo=TIP_VERDICHT)
+
+# --- shared frame of pages 2 and 3 ---
+P = "fraBkUstSchl"
+add("Label16", "L", P, "BK-Block-Auswahl:", LX, 30, 290, 16)
+add("inpBkBlockPos", "I", P, "", 308, 26, IW, H, "KKData", "KontoBkBlockPos")
+add("cmbBkBlockPos", "C", P, "", 358, 26, 250, H,
+    tip="In welchen BK-Block mündet das Konto [BK-Block: Blockbez. (Önorm-Schlüssel)]")
+add("Label29", "L", P, "[BK-Block: Blockbez. (Önorm-Schlüssel)]", 616, 30, 230, 16)
+add("Label18", "L", P, "Abr.-UstProzentsatz:", LX, 62, 290, 16)
+add("inpAbrUstProz", "I", P, "", 308, 58, IW, H, "KKData", "KontoAbrUstProz")
+add("cmbBkAbrUstProz", "C", P, "", 358, 58, 250, H, tip="Ust-Satz des Kontos in BK-Abrechnung")
+add("Label30", "L", P, "[Ust-Satz des Kontos in BK-Abrechnung]", 616, 62, 230, 16)
+
+# --- page 6: closing data ---
+P = "frame1_6"
+zeile(P, 0, "Label9", "Konto-Abschluß-Art:", "inpKontoAbschlArt", "KontoAbschlArt",
+      "cmbKontoAbschlArt")
+zeile(P, 1, "Label17", "SBK- / GUV-Konto:")
+add("inpKontoSbkGuvKontoNr", "I", P, "", IX, row(P, 1), 80, H, "KKData", "KontoSbkGuvKontoNr")
+add("lblSbkGuvKontoNrBezeich", "L", P, "#", 410, row(P, 1) + 4, 450, 16)
+zeile(P, 2, "Label19", "EBK-Konto:")
+add("inpKontoEbkKontoNr", "I", P, "", IX, row(P, 2), 80, H, "KKData", "KontoEbkKontoNr")
+add("lblEbkKontoNrBezeich", "L", P, "#", 410, row(P, 2) + 4, 450, 16)
+# balance-sheet position: headings, then the values
+y = row(P, 3)
+add("lblAktPass", "L", P, "Akt/Pass", IX, y, 56, 16)
+add("Label21", "L", P, "A,B,C", 380, y, 44, 16)
+add("Label22", "L", P, "I,II,III", 428, y, 44, 16)
+add("Label23", "L", P, "1,2,3", 476, y, 44, 16)
+add("Label24", "L", P, "a,b,c", 524, y, 44, 16)
+add("lblBilPosText", "L", P, "Text", 572, y, 290, 16)
+y += 18
+add("Label20", "L", P, "Bilanz-Position:", LX, y + 4, LW, 16)
+add("inpBilPosAktPass", "I", P, "", IX, y, 56, H, "KKData", "KontoBilPosAktPass")
+add("lblBilPosABC", "L", P, "", 380, y + 4, 44, 16, "KKData", "KontoBilPosABC")
+add("lblBilPosRöm", "L", P, "", 428, y + 4, 44, 16, "KKData", "KontoBilPosRöm")
+add("lblBilPosArab", "L", P, "", 476, y + 4, 44, 16, "KKData", "KontoBilPosArab")
+add("lblBilPosABCklein", "L", P, "", 524, y + 4, 44, 16, "KKData", "KontoBilPosABCklein")
+add("Label25", "L", P, "Akt,Pass,Guv", IX, y + 26, 90, 16)
+y += 46
+add("cmdBilPosAuswahl", "B", P, "Bilanzposition auswählen", IX, y, 170, 30)
+add("cmdBilPosStamm", "B", P, "Bilanzposition Stamm", IX + 176, y, 170, 30)
+add("cmdBilPosloeschen", "B", P, "Bilanzposition leer setzen", IX + 352, y, 170, 30)
+y += 44
+add("Label28", "L", P, "Bilanz-Position: (analog ZL7)", LX, y + 4, LW, 16)
+add("inpBilZl7Pos1", "I", P, "", IX, y, 50, H, "KKData", "KontoPos1")
+add("inpBilZl7Pos2", "I", P, "", IX + 56, y, 50, H, "KKData", "KontoPos2")
+add("inpBilZl7Pos3", "I", P, "", IX + 112, y, 50, H, "KKData", "KontoPos3")
+add("lblBilZl7PosText", "L", P, "#", IX + 170, y + 4, 370, 16)
+y += 32
+add("cmdZl7BilPosAuswahl", "B", P, "ZL7 Bilanzposition auswählen", IX, y, 200, 30)
+add("cmdZl7BilPosStamm", "B", P, "ZL7 Bilanzposition Stamm", IX + 206, y, 200, 30)
+y += 44
+add("inpKontoPVAKz", "I", P, "", IX, y, IW, H, "KKData", "KontoPVAKz")
+add("cmbKontoPVAKz", "C", P, "", CX, y, CW, H)
+
+TABS = ["Allgemein", "BkAbr-Definitionen", "ÖN-A4000-Definitionen", "HeAbr-Definitionen",
+        "Beibl-Definitionen", "HMZ-Definitionen", "Abschl-Definitionen"]
+
+KLASSE = {"L": "QLabel", "B": "QPushButton", "I": "screens::InputFeld", "C": "QComboBox",
+          "K": "QCheckBox", "T": "QLineEdit", "F": "QGroupBox", "D": "platform::DataControl",
+          "S": "QTabBar"}
+
+
+def prop(name, inner, dyn=False):
+    tag = "property"
+    attr = ' stdset="0"' if dyn else ""
+    return f'<{tag} name="{name}"{attr}>{inner}</{tag}>'
+
+
+def s(text):
+    return f"<string>{escape(text)}</string>"
+
+
+def widget(c, kinder):
+    name, kind, parent, text, x, y, w, h, source, field, tip = c
+    out = [f'<widget class="{KLASSE[kind]}" name="{name}">',
+           prop("geometry", f"<rect><x>{x}</x><y>{y}</y><width>{w}</width><height>{h}</height></rect>")]
+    if kind in "LBK" and text is not None:
+        out.append(prop("text", s(text)))
+    if kind == "L":
+        out.append(prop("wordWrap", "<bool>true</bool>") if h > 20 else "")
+    if kind == "F":
+        if name.startswith("frame1_"):
+            out.append(prop("title", s("")))
+            out.append(prop("Caption", s(text), dyn=True))
+            out.append(prop("HelpContextID", s("seite%d" % (int(name[-1]) + 1)), dyn=True))
+        else:
+            out.append(prop("title", s(text)))
+        if name in ("fraBkUstSchl", "fraData") or (name.startswith("frame1_") and name != "frame1_0"):
+            out.append(prop("visible", "<bool>false</bool>"))
+    if kind == "D":
+        out.append(prop("Caption", s(text)))
+        out.append(prop("Connect", s("Access")))
+        out.append(prop("DatabaseName", s("")))
+    if kind == "S":
+        out.append(prop("Tabs", "<stringlist>" + "".join(s(t) for t in TABS) + "</stringlist>",
+                        dyn=True))
+    if tip:
+        out.append(prop("toolTip", s(tip)))
+    if source:
+        out.append(prop("DataSource", s(source), dyn=True))
+        out.append(prop("DataField", s(field), dyn=True))
+    for k in kinder.get(name, []):
+        out.append(widget(k, kinder))
+    out.append("</widget>")
+    return "\n".join(x for x in out if x)
+
+
+def main():
+    kinder = {}
+    for c in C:
+        kinder.setdefault(c[2], []).append(c)
+    tabfolge = [c[0] for c in C if c[1] in "IBCKTS" and c[0] != "TabStrip1"]
+    form = [f'<widget class="QDialog" name="{FORM}">',
+            prop("geometry", "<rect><x>0</x><y>0</y><width>900</width><height>566</height></rect>"),
+            prop("windowTitle", s("KontenStamm (Sachkonten, Objekt-,Kanzleikonten)"))]
+    for k in kinder[FORM]:
+        form.append(widget(k, kinder))
+    form.append("</widget>")
+    custom = """<customwidgets>
+<customwidget><class>screens::InputFeld</class><extends>QLineEdit</extends><header>screens/InputFeld.h</header></customwidget>
+<customwidget><class>platform::DataControl</class><extends>QWidget</extends><header>platform/ui/DataControl.h</header></customwidget>
+<customwidget><class>QTabBar</class><extends>QWidget</extends><header>QTabBar</header></customwidget>
+</customwidgets>"""
+    tabs = "<tabstops>" + "".join(f"<tabstop>{t}</tabstop>" for t in tabfolge) + "</tabstops>"
+    text = ('<?xml version="1.0" encoding="UTF-8"?>\n<ui version="4.0">\n'
+            f"<class>{FORM}</class>\n" + "\n".join(form) + "\n" + custom + "\n" + tabs +
+            "\n<resources/>\n<connections/>\n</ui>\n")
+    ziel = os.path.join(os.path.dirname(__file__), "..", "screens", "frmKontenStamm.ui")
+    with open(ziel, "w", encoding="utf-8") as f:
+        f.write(text)
+    print(f"{ziel}: {len(C)} Steuerelemente")
+
+
+main()
