@@ -1,24 +1,419 @@
-#include "frmKontenStamm.h"
+#include "accounts/frmKontenStamm.h"
 
+#include "accounts/Kontentexte.h"
+#include "frame/DatenSteuerungen.h"
+#include "frame/Onlinehilfe.h"
+#include "frame/mdlFehlerZL.h"
+#include "frame/mdlInitKK.h"
 #include "frame/mdlKontenStamm.h"
+#include "platform/core/RuntimeError.h"
+#include "platform/storage/Database.h"
+#include "platform/ui/DataControl.h"
+#include "platform/ui/Fehlerfalle.h"
+#include "platform/ui/Fokus.h"
+#include "platform/ui/MsgBox.h"
+#include "screens/Bindungen.h"
+#include "ui_frmKontenStamm.h"
 
-#include <QDialogButtonBox>
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
-#include <QVBoxLayout>
+#include <QScopeGuard>
+#include <QTabBar>
+
+using platform::MsgBox;
+using platform::RuntimeError;
+namespace mks = mdlKontenStamm;
+namespace texte = kontentexte;
+
+namespace {
+
+constexpr int TasteBildAuf = 33;
+constexpr int TasteBildAb = 34;
+constexpr int TasteF1 = 112;
+constexpr int TasteF2 = 113;
+constexpr int TasteEscape = 27;
+
+int tastenCode(int qtTaste)
+{
+    switch (qtTaste) {
+    case Qt::Key_PageUp:
+        return TasteBildAuf;
+    case Qt::Key_PageDown:
+        return TasteBildAb;
+    case Qt::Key_F1:
+        return TasteF1;
+    case Qt::Key_F2:
+        return TasteF2;
+    case Qt::Key_Escape:
+        return TasteEscape;
+    default:
+        return 0;
+    }
+}
+
+// The definition combos in the order the record display shows them, each with the hidden
+// bound field that holds its stored code.
+struct KombiFeld
+{
+    const char *kombi;
+    const char *feld;
+};
+constexpr KombiFeld AnzeigeKombis[] = {
+    {"cmbKontoTypus", "inpKontoTypus"},
+    {"cmbKontoZusatzdatenJN", "inpKontoZusatzDatenJN"},
+    {"cmbKontoUstProz", "inpKontoUstProz"},
+    {"cmbKontoVoranmPos", "inpKontoVoranmPos"},
+    {"cmbKostenArt", "inpKostenArt"},
+    {"cmbBkENAbrDef", "inpBKENAbrDef"},
+    {"cmbBkEinnAusgPos", "inpBkEinnAusgPos"},
+    {"cmbEstgPflichtig", "inpEstgPflichtig"},
+    {"cmbBkBlockPos", "inpBkBlockPos"},
+    {"cmbBkAbrUstProz", "inpAbrUstProz"},
+    {"cmbBkAbrVerdichtKz", "inpBkAbrVerdichtKz"},
+    {"cmbHeEinnAusgPos", "inpHeEinnAusgPos"},
+    {"cmbHeAbrVerdichtKz", "inpHeAbrVerdichtKz"},
+    {"cmbBeiblPos", "inpBeiblPos"},
+    {"cmbBeiblVerdichtKz", "inpBeiblVerdichtKz"},
+    {"cmbKontoAbschlArt", "inpKontoAbschlArt"},
+    {"cmbKontoPVAKz", "inpKontoPVAKz"},
+    {"cmbKontoHmzResPos", "inpKontoHmzResPos"},
+    {"cmbKontoHmzResVerdichtKz", "inpKontoHmzResVerdichtKz"},
+};
+
+} // namespace
 
 frmKontenStamm::frmKontenStamm(QWidget *parent)
     : QDialog(parent)
+    , m_ui(std::make_unique<Ui::frmKontenStamm>())
 {
-    setObjectName(QStringLiteral("frmKontenStamm"));
-    setWindowTitle(QStringLiteral("KontenStamm (Sachkonten, Objekt-,Kanzleikonten)"));
-    auto *layout = new QVBoxLayout(this);
-    auto *jahr = new QLabel(QStringLiteral("Buchungsjahr: %1").arg(mdlKontenStamm::Buchungsjahr));
-    jahr->setObjectName(QStringLiteral("lblBuchjahr"));
-    layout->addWidget(jahr);
-    auto *knoepfe = new QDialogButtonBox(this);
-    auto *exit = knoepfe->addButton(QStringLiteral("Beenden"), QDialogButtonBox::RejectRole);
-    exit->setObjectName(QStringLiteral("cmdExit"));
-    connect(knoepfe, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    layout->addWidget(knoepfe);
+    m_ui->setupUi(this);
+    screens::bindungenHerstellen(this);
+    m_fokus = new platform::Fokus(this);
+    for (const auto &[kombi, feld] : AnzeigeKombis) {
+        m_kombis.emplace_back(findChild<QComboBox *>(QString::fromUtf8(kombi)),
+                              findChild<QLineEdit *>(QString::fromUtf8(feld)));
+    }
+    verbinden();
+    qApp->installEventFilter(this);
+    Form_Load();
+}
+
+frmKontenStamm::~frmKontenStamm()
+{
+    if (qApp)
+        qApp->removeEventFilter(this);
+}
+
+void frmKontenStamm::verbinden()
+{
+    auto &u = *m_ui;
+    using F = frmKontenStamm;
+    connect(u.cmdKontoEinlesen, &QPushButton::clicked, this, &F::cmdKontoEinlesen_Click);
+    connect(u.cmdKontoNeueröff, &QPushButton::clicked, this, &F::cmdKontoNeueröff_Click);
+    connect(u.cmdExit, &QPushButton::clicked, this, &F::cmdExit_Click);
+    connect(u.cmdHilfe, &QPushButton::clicked, this, &F::cmdHilfe_Click);
+    connect(u.KKData, &platform::DataControl::Reposition, this, &F::KKData_Reposition);
+    connect(u.KKData, &platform::DataControl::Validate, this, &F::KKData_Validate);
+    connect(u.KKData, &platform::DataControl::Error, this, &F::KKData_Error);
+    connect(u.TabStrip1, &QTabBar::currentChanged, this, &F::TabStrip1_Click);
+
+    m_fokus->setGotFocus(u.inpKontoNr, [this] { inpKontoNr_GotFocus(); });
+    m_fokus->setValidate(u.inpKontoNr, [this](bool &cancel) { inpKontoNr_Validate(cancel); });
+    m_fokus->setLostFocus(u.inpKontoNr, [this] { inpKontoNr_LostFocus(); });
+    m_fokus->setGotFocus(u.inpKontoBezeichnung, [this] { inpKontoBezeichnung_GotFocus(); });
+    m_fokus->setLostFocus(u.inpKontoBezeichnung, [this] { inpKontoBezeichnung_LostFocus(); });
+    // The list and opening buttons take the typed number themselves (see the number field's
+    // LostFocus); closing and help must stay reachable while the number field refuses.
+    for (QWidget *w :
+         {static_cast<QWidget *>(u.cmdKontoListe), static_cast<QWidget *>(u.cmdKontoNeueröff),
+          static_cast<QWidget *>(u.cmdExit), static_cast<QWidget *>(u.cmdHilfe)})
+        m_fokus->setCausesValidation(w, false);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Loading
+
+void frmKontenStamm::Form_Load()
+{
+    auto &u = *m_ui;
+    // Help contexts: F1 opens the help file at the anchor named like the focused control.
+
+    for (platform::DataControl *d : findChildren<platform::DataControl *>())
+        d->setDatabaseName(mks::DatenbankPfad);
+    frame::DatenSteuerungenVerbinden(this, false);
+    u.lblBuchjahr->setText(QString::number(mks::Buchungsjahr));
+
+    // The code lists of the combos and the position lists are filled here by their units.
+
+    if (u.TabStrip1->count() == 0) {
+        for (const QString &text : texte::Registerseiten)
+            u.TabStrip1->addTab(text);
+    }
+    seiteZeigen(1);
+
+    // Older databases lack KontoZusatzDatenJN, which the record display reads.
+    platform::Falle(QStringLiteral("zelKontenStamm: in KKFeldKontrolle"), [] {
+        auto db = platform::storage::Database::open(mks::DatenbankPfad);
+        mdlInitKK::KKFeldKontrolleStill(*db);
+    });
+
+    KontenSelect();
+    AslSelect();
+    seiteZeigen(seite());
+}
+
+void frmKontenStamm::KontenSelect()
+{
+    platform::Falle(texte::OrtKontenSelect, [this] {
+        auto &kk = *m_ui->KKData;
+        kk.setRecordSource(texte::SqlKontenDesJahres, {mks::Buchungsjahr});
+        // A failed refresh has told the user through KKData_Error and the control's message.
+        if (!kk.Refresh())
+            return;
+        if (kk.rs().RecordCount() == 0) {
+            MsgBox(texte::leererDatenbestand(mks::Buchungsjahr), platform::vbOKOnly,
+                   texte::TitelLeererDatenbestand);
+            mks::NeueroeffnungsNr = mks::festeLaenge6(texte::Verrechnungskonto);
+            mks::VerrechnungskontoWirdEroeffnet = true;
+            const auto ende = qScopeGuard([] { mks::VerrechnungskontoWirdEroeffnet = false; });
+            Neueröffnung();
+        }
+        // The original read KontoÖNORMAbrKontenArt here and kept nothing of it.
+    });
+}
+
+bool frmKontenStamm::hatZeilen() const
+{
+    const auto *rs = m_ui->KKData->recordsetDirekt();
+    return rs && rs->RecordCount() > 0;
+}
+
+bool frmKontenStamm::aktuelleZeile() const
+{
+    const auto *rs = m_ui->KKData->recordsetDirekt();
+    if (!rs || rs->eof() || rs->bof())
+        return false;
+    try {
+        (void)rs->bookmark(); // fails right after a Delete
+        return true;
+    } catch (const RuntimeError &) {
+        return false;
+    }
+}
+
+QString frmKontenStamm::aktuelleNr() const
+{
+    if (!aktuelleZeile())
+        return {};
+    return texte::rtrim(
+        m_ui->KKData->recordsetDirekt()->feld(QStringLiteral("KontoNr")).toString());
+}
+
+void frmKontenStamm::aktuelleNrZurueck()
+{
+    if (hatZeilen())
+        m_ui->inpKontoNr->setText(aktuelleNr());
+    else
+        m_ui->inpKontoNr->clear();
+}
+
+// ---------------------------------------------------------------------------------------------
+// Showing a record
+
+void frmKontenStamm::KKData_Reposition()
+{
+    platform::Falle(texte::OrtReposition, [this] { anzeigen(); });
+}
+
+void frmKontenStamm::anzeigen()
+{
+    auto &u = *m_ui;
+    if (!hatZeilen()) {
+        u.inpKontoNr->clear();
+        u.lblKontoBezeichnung->clear();
+        return;
+    }
+    if (!aktuelleZeile())
+        return;
+    m_fuellt = true;
+    const auto ende = qScopeGuard([this] { m_fuellt = false; });
+    const auto &rs = *u.KKData->recordsetDirekt();
+    u.lblKontoBezeichnung->setText(rs.feld(QStringLiteral("KontoBezeichnung")).toString());
+    u.inpKontoNr->setText(texte::rtrim(rs.feld(QStringLiteral("KontoNr")).toString()));
+
+    // Each combo shows the entry of its stored code; the code-list units refine this with
+    // their own display rules.
+    for (const auto &[kombi, feld] : m_kombis) {
+        if (!kombi || !feld)
+            continue;
+        const QString code = feld->text().trimmed();
+        int index = -1;
+        for (int i = 0; i < kombi->count() && !code.isEmpty(); ++i) {
+            if (kombi->itemData(i).toString().trimmed() == code) {
+                index = i;
+                break;
+            }
+        }
+        kombi->setCurrentIndex(index);
+    }
+    bool ok = false;
+    const qlonglong pva = rs.feld(QStringLiteral("KontoPVAZusatz")).toLongLong(&ok);
+    u.chckPVAZusatz->setChecked(ok && pva != 0);
+}
+
+void frmKontenStamm::KKData_Error(int DataErr, int &Response)
+{
+    platform::Falle(texte::OrtKKDataError, [&] {
+        aktuelleNrZurueck();
+        const int nummer
+            = DataErr == platform::fehlernummer::KeinAktuellerDatensatz ? 3260 : DataErr;
+        QString beschreibung = RuntimeError::standardText(nummer);
+        if (beschreibung.isEmpty())
+            beschreibung = texte::fehlerOhneText(nummer);
+        const RuntimeError fehler(nummer, beschreibung);
+        mdlFehlerZL::FehlerMelden(texte::OrtKKDataError, fehler);
+        MsgBox(QString::number(nummer) + u' ' + beschreibung);
+    });
+    // 0 and then 1: the data control shows its own standard message as well.
+    Response = 0;
+    Response = 1;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Register pages
+
+int frmKontenStamm::seite() const
+{
+    return m_ui->TabStrip1->currentIndex() + 1;
+}
+
+void frmKontenStamm::seiteZeigen(int seite)
+{
+    if (seite < 1 || seite > 7)
+        return;
+    auto &u = *m_ui;
+    if (u.TabStrip1->currentIndex() != seite - 1) {
+        u.TabStrip1->setCurrentIndex(seite - 1); // TabStrip1_Click shows the page
+        return;
+    }
+    QWidget *rahmen[]
+        = {u.frame1_0, u.frame1_1, u.frame1_2, u.frame1_3, u.frame1_4, u.frame1_5, u.frame1_6};
+    for (int i = 0; i < 7; ++i)
+        rahmen[i]->setVisible(i == seite - 1);
+    rahmen[seite - 1]->raise();
+    u.fraBkUstSchl->setVisible(seite == 2 || seite == 3);
+}
+
+void frmKontenStamm::TabStrip1_Click()
+{
+    const int index = m_ui->TabStrip1->currentIndex();
+    if (index >= 0)
+        seiteZeigen(index + 1);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Keyboard, buttons and closing
+
+bool frmKontenStamm::eventFilter(QObject *obj, QEvent *ev)
+{
+    if (ev->type() != QEvent::KeyPress)
+        return QDialog::eventFilter(obj, ev);
+    auto *w = qobject_cast<QWidget *>(obj);
+    // Key preview: the form sees each key once, when it reaches the control with the focus.
+    QWidget *ziel = focusWidget() ? focusWidget() : this;
+    if (!w || w != ziel || w->window() != this || !isVisible())
+        return QDialog::eventFilter(obj, ev);
+    int code = tastenCode(static_cast<QKeyEvent *>(ev)->key());
+    if (code == 0)
+        return QDialog::eventFilter(obj, ev);
+    Form_KeyDown(code);
+    // Page keys never move the selection of a definition combo; every key handled here is done.
+    return true;
+}
+
+void frmKontenStamm::Form_KeyDown(int &KeyCode)
+{
+    // A move refused by the checks has said why already; nothing more to show then.
+    try {
+        if (!hatZeilen() && KeyCode != TasteEscape)
+            return;
+        auto &rs = m_ui->KKData->rs();
+        switch (KeyCode) {
+        case TasteBildAuf:
+            rs.MovePrevious();
+            if (rs.bof()) {
+                MsgBox(texte::DateiAnfang);
+                rs.MoveFirst();
+            }
+            break;
+        case TasteBildAb:
+            rs.MoveNext();
+            if (rs.eof()) {
+                MsgBox(texte::DateiEnde);
+                rs.MoveLast();
+            }
+            break;
+        case TasteF1:
+            frame::hilfeZeigen(m_fokus->ActiveControl() ? m_fokus->ActiveControl() : this);
+            break;
+        case TasteF2:
+            if (m_fokus->empfaengerName() == m_ui->inpKontoNr->objectName())
+                m_ui->cmdKontoListe->click();
+            break;
+        case TasteEscape:
+            close();
+            break;
+        default:
+            break;
+        }
+    } catch (const RuntimeError &e) {
+        platform::fehlerMelden(texte::OrtFormKeyDown, e);
+    }
+}
+
+void frmKontenStamm::cmdExit_Click()
+{
+    close();
+}
+
+void frmKontenStamm::cmdHilfe_Click()
+{
+    // The original sent {F1} to the screen: help for the control that has the focus.
+    QWidget *ziel = focusWidget() ? focusWidget() : this;
+    QKeyEvent f1(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier);
+    QApplication::sendEvent(ziel, &f1);
+}
+
+void frmKontenStamm::reject()
+{
+    close();
+}
+
+void frmKontenStamm::Form_QueryUnload(bool &Cancel)
+{
+    Fehlerprüfungen_0();
+    if (mks::PruefungFehlgeschlagen)
+        Cancel = true;
+}
+
+void frmKontenStamm::closeEvent(QCloseEvent *ev)
+{
+    bool cancel = false;
+    Form_QueryUnload(cancel);
+    // Closing writes the edits of the record shown, through KKData_Validate.
+    if (!cancel && !m_ui->KKData->schliessen())
+        cancel = true;
+    if (cancel) {
+        ev->ignore();
+        return;
+    }
+    ev->accept();
+    QDialog::done(QDialog::Rejected);
 }

@@ -68,9 +68,19 @@ private slots:
 
     void zeigtBildschirmModal()
     {
+        // The screen loads the year's accounts: it needs a database that exists.
+        QTemporaryDir dir;
+        const QString pfad = dir.filePath(QStringLiteral("kanzlei.zdb"));
+        {
+            auto db = platform::storage::Database::create(pfad);
+            platform::storage::schemaAnlegen(*db);
+            db->execute(QStringLiteral("INSERT INTO ObjKanzleiKontenstamm (KontoNr, KontoJJ, "
+                                       "KontoBezeichnung) VALUES ('1000', 2025, 'Kassa')"));
+        }
         MsgBoxProtokoll boxen;
         zelKontenStamm k;
         QVariantList i = info(2003);
+        i[0] = pfad;
         bool modalGesehen = false;
         QTimer::singleShot(0, [&] {
             auto *modal = qobject_cast<QDialog *>(QApplication::activeModalWidget());
@@ -83,7 +93,8 @@ private slots:
         QCOMPARE(mdlKontenStamm::AktuellesProgramm, QStringLiteral("frmKontenStamm"));
         QCOMPARE(mdlKontenStamm::Buchungsjahr, qint16(2025));
         QCOMPARE(mdlKontenStamm::VerarbeitungsBuchungsjahr, qint16(2003));
-        QCOMPARE(mdlKontenStamm::DatenbankPfad, QStringLiteral("/tmp/nicht-vorhanden.zdb"));
+        QCOMPARE(mdlKontenStamm::DatenbankPfad, pfad);
+        QCOMPARE(boxen.anzahl(), 0);
     }
 
     void kreditorenBildschirmFuerDenHost()

@@ -1,0 +1,89 @@
+#include "accounts/Kontentexte.h"
+
+namespace kontentexte {
+
+namespace {
+const QString Zeile = QStringLiteral("\r\n");
+} // namespace
+
+QString leererDatenbestand(int jahr)
+{
+    return QStringLiteral("Die SachkontenDatei für Buchungsjahr: ") + QString::number(jahr)
+        + QStringLiteral(" ist komplett leer.") + Zeile
+        + QStringLiteral("Es wird anschließend automatisch ein \"internes Verrechnungskonto "
+                         "Nr: 999998\" eröffnet.");
+}
+
+QString fehlerOhneText(int nummer)
+{
+    return QStringLiteral("Anwendungs- oder objektdefinierter Fehler ") + QString::number(nummer);
+}
+
+QString nichtExistentNurAnzeige(const QString &nr)
+{
+    return QStringLiteral("Das SachKonto mit der Nummer: ") + nr
+        + QStringLiteral(" ist nicht existent") + Zeile + Zeile
+        + QStringLiteral("Bitte treffen Sie eine andere Auswahl.");
+}
+
+QString nichtExistentFrage(const QString &nr)
+{
+    return QStringLiteral("das SachKonto mit der Nummer: ") + nr
+        + QStringLiteral(" ist nicht existent") + Zeile + Zeile
+        + QStringLiteral("Klicken Sie \"JA\" oder Enter wenn Sie eine andere ")
+        + QStringLiteral("Auswahl treffen möchten ") + Zeile
+        + QStringLiteral("oder \"Nein\" wenn Sie einen neuen KontenStammsatz eröffnen wollen:");
+}
+
+QString kontonummerZuKurz()
+{
+    return QStringLiteral("Sachkonten-Kontonummern müssen mindestens 4-stellig ")
+        + QStringLiteral("eingegeben werden.") + Zeile
+        + QStringLiteral("Z.B. muss die Kontonummer \"1\" als \"0001\" eingegeben werden.") + Zeile
+        + Zeile
+        + QStringLiteral("Grundsätzlich sind Sachkonten-Kontonummern 4-, 5- oder 6-stellig ")
+        + QStringLiteral("verwendbar.");
+}
+
+QString neueroeffnenFrage(const QString &nr)
+{
+    return QStringLiteral("Kontenstammsatz Konto ") + nr + QStringLiteral(" neueröffnen ?");
+}
+
+QString neuZuKurz()
+{
+    return QStringLiteral("Kontonummer wurde zu kurz eingegeben.") + Zeile
+        + QStringLiteral("Kontonummern müssen 4-, 5- oder 6-stellig eingegeben ")
+        + QStringLiteral("werden.") + Zeile + Zeile
+        + QStringLiteral("Z.B. Kontonummer 1 muss als 0001 eingegeben werden.");
+}
+
+QString addNewFehlgeschlagen(const QString &nr)
+{
+    return QStringLiteral("Konto-Nr: ") + nr + Zeile + Zeile
+        + QStringLiteral("KontoNeueröffnung fehlgeschlagen (direkt nach \".AddNew\")");
+}
+
+QString nachNeueroeffnungNichtGefunden(const QString &nr)
+{
+    return QStringLiteral("Konto-Nr: ") + nr + Zeile + Zeile
+        + QStringLiteral("Neueröffnetes Konto nach Neueröffnung nicht gefunden.") + Zeile + Zeile
+        + QStringLiteral("KontoNeueröffnung war nicht erfolgreich.");
+}
+
+QString provisorischHinweis(const QString &abschlussNotiz)
+{
+    return abschlussNotiz + QStringLiteral("Kontrollieren, verändern oder ergänzen Sie ")
+        + QStringLiteral("anschließend die provisorischen Objekt-Feldinhalte gemäß Ihren "
+                         "Erfordernissen !");
+}
+
+QString rtrim(const QString &text)
+{
+    qsizetype n = text.size();
+    while (n > 0 && text.at(n - 1) == u' ')
+        --n;
+    return text.left(n);
+}
+
+} // namespace kontentexte

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <QString>
+
+// The texts, titles, error places and queries of the record lifecycle of the account screen,
+// exactly as the users know them.
+namespace kontentexte {
+
+// --- queries (the year and the numbers are bound parameters) ---
+inline const QString SqlKontenDesJahres
+    = QStringLiteral("SELECT * from ObjKanzleiKontenstamm WHERE KontoJJ = ? ORDER BY Kontonr");
+inline const QString SqlKontoLesen
+    = QStringLiteral("SELECT * from ObjKanzleiKontenstamm WHERE KontoJJ = ? AND KontoNr = ?");
+inline const QString SqlSchluessel
+    = QStringLiteral("SELECT * from AllgSchluesselDaten  ORDER BY SchlNummer");
+
+// --- the internal clearing account ---
+inline const QString Verrechnungskonto = QStringLiteral("999998");
+inline const QString VerrechnungskontoName = QStringLiteral("Internes Verrechnungskonto");
+inline const QString SachkontoPraefix = QStringLiteral("Sachkonto-Nr ");
+
+// --- loading and navigation ---
+// Captions of the register pages 1 to 7.
+inline const QString Registerseiten[] = {
+    QStringLiteral("Allgemein"),
+    QStringLiteral("BkAbr-Definitionen"),
+    QStringLiteral("ÖN-A4000-Definitionen"),
+    QStringLiteral("HeAbr-Definitionen"),
+    QStringLiteral("Beibl-Definitionen"),
+    QStringLiteral("HMZ-Definitionen"),
+    QStringLiteral("Abschl-Definitionen"),
+};
+inline const QString TitelLeererDatenbestand = QStringLiteral("Hinweis auf leeren Datenbestand");
+QString leererDatenbestand(int jahr);
+inline const QString DateiAnfang = QStringLiteral("DateiAnfang erreicht");
+inline const QString DateiEnde = QStringLiteral("DateiEnde erreicht");
+// Text of an error number the runtime has no text for.
+QString fehlerOhneText(int nummer);
+
+// --- reading by number ---
+inline const QString KontonummerLeer = QStringLiteral("Kontonummer LEER ist nicht zulässig");
+QString nichtExistentNurAnzeige(const QString &nr);
+QString nichtExistentFrage(const QString &nr);
+inline const QString TitelNichtExistent = QStringLiteral("KontoStammsatz nicht existent");
+inline const QString KontonummerNullOderLeer
+    = QStringLiteral("Kontonummer 0 oder 00 oder 000 oder Leer ist ungültig");
+QString kontonummerZuKurz();
+
+// --- opening ---
+inline const QString TitelBestaetigen = QStringLiteral("Bitte bestätigen Sie");
+QString neueroeffnenFrage(const QString &nr);
+inline const QString TitelNeuLeer = QStringLiteral("KontoNr leer ungültig");
+inline const QString NeuLeer = QStringLiteral("Ungültige, leere Kontonummer wurde eingegeben");
+inline const QString TitelNeuStellen = QStringLiteral("Kontonummer hat falsche Anzahl Stellen");
+QString neuZuKurz();
+inline const QString BereitsExistent = QStringLiteral("Konto bereits existent");
+QString addNewFehlgeschlagen(const QString &nr);
+QString nachNeueroeffnungNichtGefunden(const QString &nr);
+inline const QString TitelProvisorisch
+    = QStringLiteral("Kontrollieren und verändern Sie die provisorischen Feldinhalte");
+QString provisorischHinweis(const QString &abschlussNotiz);
+
+// --- checks ---
+inline const QString BezeichnungLeer
+    = QStringLiteral("KontoBezeichnung darf nicht leer gelassen werden");
+
+// --- allocation key 0 ---
+inline const QString SchluesselKeineDefinition = QStringLiteral("keine Definition");
+
+// --- error places ---
+inline const QString OrtKontenSelect = QStringLiteral("zelKontenStamm, in KontenSelect");
+inline const QString OrtReposition = QStringLiteral("zelKontenStamm, in KkData_Reposition");
+inline const QString OrtKKDataError = QStringLiteral("zelKontenStamm, in KKData_Error");
+inline const QString OrtFormKeyDown = QStringLiteral("zelKontenStamm, in Form_KeyDown");
+inline const QString OrtKKChkSelect = QStringLiteral("zelKontenStamm, in KKChkSelect");
+inline const QString OrtKontoDirektLesen = QStringLiteral("zelKontenStamm, in KontoDirektLesen");
+inline const QString OrtNeueroeffnung = QStringLiteral("zelKontenStamm, in Neueröffnung");
+inline const QString OrtKontoNeueroeffClick
+    = QStringLiteral("zelKontenStamm, in cmdKontoNeueröff_Click");
+inline const QString OrtAslSelect = QStringLiteral("zelKontenStamm, in AslSelect");
+inline const QString OrtSchl0Anlegen = QStringLiteral("zelKontenStamm, in Schl0Anlegen");
+inline const QString OrtValidate = QStringLiteral("zelKontenStamm, in KK_Data_Validate");
+inline const QString OrtFehlerpruefungen = QStringLiteral("zelKontenStamm, in Fehlerprüfungen_0");
+
+// Trailing blanks removed; account numbers are stored and compared so.
+QString rtrim(const QString &text);
+
+} // namespace kontentexte

@@ -1,0 +1,145 @@
+// Reading an account by number: the number field's events and the existence check.
+#include "accounts/Kontentexte.h"
+#include "accounts/frmKontenStamm.h"
+#include "frame/mdlKontenStamm.h"
+#include "platform/ui/DataControl.h"
+#include "platform/ui/Fehlerfalle.h"
+#include "platform/ui/Fokus.h"
+#include "platform/ui/MsgBox.h"
+#include "ui_frmKontenStamm.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+
+using platform::MsgBox;
+namespace mks = mdlKontenStamm;
+namespace texte = kontentexte;
+
+void frmKontenStamm::KKChkSelect()
+{
+    platform::Falle(texte::OrtKKChkSelect, [this] {
+        mks::KontoGefunden = false;
+        auto &chk = *m_ui->KKChkData;
+        chk.setRecordSource(texte::SqlKontoLesen, {mks::Buchungsjahr, texte::rtrim(mks::LeseNr)});
+        if (!chk.Refresh())
+            return;
+        if (chk.rs().RecordCount() > 0)
+            mks::KontoGefunden = true;
+    });
+}
+
+void frmKontenStamm::KontoDirektLesen()
+{
+    platform::Falle(texte::OrtKontoDirektLesen, [this] {
+        auto &u = *m_ui;
+        const QString nr = u.inpKontoNr->text().trimmed();
+        if (nr.isEmpty()) {
+            MsgBox(texte::KontonummerLeer);
+            u.inpKontoNr->setFocus();
+            mks::ImNummernfeldBleiben = true;
+            return;
+        }
+        mks::LeseNr = mks::festeLaenge6(nr);
+        KKChkSelect();
+        if (mks::KontoGefunden) {
+            u.KKData->rs().FindFirst({{QStringLiteral("KontoNr"), texte::rtrim(nr)}});
+            return;
+        }
+        if (mks::NurAnzeige) {
+            MsgBox(texte::nichtExistentNurAnzeige(mks::LeseNr));
+            u.inpKontoNr->setFocus();
+            // The focus is back in the field: leaving it is refused like after "Ja".
+            mks::ImNummernfeldBleiben = true;
+            return;
+        }
+        const int antwort
+            = MsgBox(texte::nichtExistentFrage(mks::LeseNr),
+                     platform::vbYesNo | platform::vbQuestion, texte::TitelNichtExistent);
+        if (antwort == platform::vbYes) {
+            aktuelleNrZurueck();
+            u.inpKontoNr->setFocus();
+            mks::ImNummernfeldBleiben = true;
+            return;
+        }
+        mks::NeueroeffnungVomNummernfeld = true;
+        mks::NeueroeffnungsNr = mks::festeLaenge6(nr);
+        u.cmdKontoNeueröff->click();
+    });
+}
+
+void frmKontenStamm::KontoNrFormPrüfen()
+{
+    mks::PruefungFehlgeschlagen = false;
+    auto *feld = m_ui->inpKontoNr;
+    const QString nr = texte::rtrim(feld->text());
+    QString meldung;
+    if (nr.isEmpty() || nr == QLatin1String("0") || nr == QLatin1String("00")
+        || nr == QLatin1String("000")) {
+        meldung = texte::KontonummerNullOderLeer;
+    } else if (nr.size() < 4) {
+        meldung = texte::kontonummerZuKurz();
+    }
+    if (meldung.isEmpty())
+        return;
+    MsgBox(meldung);
+    mks::PruefungFehlgeschlagen = true;
+    feld->setFocus();
+}
+
+void frmKontenStamm::inpKontoNr_GotFocus()
+{
+    // Enter in the number field reads the account.
+    m_ui->cmdKontoEinlesen->setDefault(true);
+    m_letzteNr = m_ui->inpKontoNr->text();
+    // A focus move to the designation made inside a focus handler raised no LostFocus here.
+    mks::BezeichnungFokusAusstehend = false;
+}
+
+void frmKontenStamm::inpKontoNr_Validate(bool &Cancel)
+{
+    mks::ImNummernfeldBleiben = false;
+    if (!hatZeilen()) {
+        m_ui->inpKontoNr->setFocus();
+        return;
+    }
+    if (m_ui->inpKontoNr->text().trimmed() == aktuelleNr())
+        return;
+    if (!mks::PruefungFehlgeschlagen)
+        KontoDirektLesen();
+    if (mks::ImNummernfeldBleiben)
+        Cancel = true;
+}
+
+void frmKontenStamm::inpKontoNr_LostFocus()
+{
+    if (mks::BezeichnungFokusAusstehend) {
+        mks::BezeichnungFokusAusstehend = false;
+        return;
+    }
+    auto &u = *m_ui;
+    const QString text = u.inpKontoNr->text();
+    // Nothing typed since the field got the focus, or the number shown: nothing to read.
+    if (text == m_letzteNr || (hatZeilen() && text.trimmed() == aktuelleNr()))
+        return;
+    const QString empfaenger = m_fokus->empfaengerName();
+    if (empfaenger == u.cmdKontoListe->objectName()) {
+        m_letzteNr = text;
+        return;
+    }
+    if (empfaenger == u.cmdKontoNeueröff->objectName()) {
+        if (!hatZeilen())
+            mks::NeueroeffnungsNr = mks::festeLaenge6(text.trimmed());
+        return;
+    }
+    KontoNrFormPrüfen();
+    if (!mks::PruefungFehlgeschlagen)
+        KontoDirektLesen();
+}
+
+void frmKontenStamm::cmdKontoEinlesen_Click()
+{
+    if (m_fokus->empfaengerName() == m_ui->inpKontoNr->objectName()
+        && !mks::PruefungFehlgeschlagen) {
+        KontoDirektLesen();
+    }
+}

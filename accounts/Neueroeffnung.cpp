@@ -1,0 +1,152 @@
+// Opening a new account: the button, the number dialog, the confirmation and the new record.
+#include "accounts/Kontentexte.h"
+#include "accounts/frmKontenStamm.h"
+#include "accounts/frmNeu.h"
+#include "frame/mdlInitKK.h"
+#include "frame/mdlKontenStamm.h"
+#include "platform/core/RuntimeError.h"
+#include "platform/ui/DataControl.h"
+#include "platform/ui/Fehlerfalle.h"
+#include "platform/ui/MsgBox.h"
+#include "ui_frmKontenStamm.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScopeGuard>
+
+using platform::MsgBox;
+using platform::storage::EditMode;
+namespace mks = mdlKontenStamm;
+namespace texte = kontentexte;
+
+void frmKontenStamm::cmdKontoNeueröff_Click()
+{
+    platform::Falle(texte::OrtKontoNeueroeffClick, [this] {
+        auto &u = *m_ui;
+        mks::NeueroeffnungsNr = mks::festeLaenge6(u.inpKontoNr->text());
+        aktuelleNrZurueck();
+        // Re-setting the bookmark leaves the record through KKData_Validate: edits are checked
+        // and written before the opening starts, or the checks keep the user on the record.
+        if (aktuelleZeile())
+            u.KKData->rs().setBookmark(u.KKData->rs().bookmark());
+        if (mks::PruefungFehlgeschlagen)
+            return;
+        if (hatZeilen() && texte::rtrim(mks::NeueroeffnungsNr) == aktuelleNr())
+            mks::NeueroeffnungsNr = mks::festeLaenge6({});
+
+        mks::DialogAbgebrochen = false;
+        {
+            frmNeu dialog(this);
+            if (dialog.exec() != QDialog::Accepted)
+                mks::DialogAbgebrochen = true;
+        }
+        if (mks::DialogAbgebrochen) {
+            aktuelleNrZurueck();
+            u.inpKontoNr->setFocus();
+            return;
+        }
+        const int antwort
+            = MsgBox(texte::neueroeffnenFrage(mks::NeueKontoNr),
+                     platform::vbYesNo | platform::vbQuestion, texte::TitelBestaetigen);
+        if (antwort == platform::vbYes) {
+            mks::NeueroeffnungsNr = mks::NeueKontoNr;
+            Neueröffnung();
+        } else {
+            aktuelleNrZurueck();
+        }
+    });
+}
+
+void frmKontenStamm::Neueröffnung()
+{
+    auto &u = *m_ui;
+    const auto flaggenLoeschen = [this] {
+        mks::NeueroeffnungLaeuft = false;
+        m_unterdrueckung1 = false;
+        m_unterdrueckung2 = false;
+    };
+    // Steps 11 and 12 run whatever happened before them.
+    const auto abschluss = qScopeGuard([this, &u, flaggenLoeschen] {
+        flaggenLoeschen();
+        if (!mks::VerrechnungskontoWirdEroeffnet) {
+            mks::BezeichnungFokusAusstehend = true;
+            u.inpKontoBezeichnung->setFocus();
+        }
+        m_ustLabelFlag = false;
+        u.cmdKontoNeueröff->setEnabled(true);
+        mks::NeueroeffnungsNr = mks::festeLaenge6({});
+    });
+    platform::Falle(texte::OrtNeueroeffnung, [&] {
+        u.cmdKontoNeueröff->setEnabled(false);
+        mks::NeueroeffnungVomNummernfeld = false;
+        mks::NeueroeffnungLaeuft = true;
+        m_unterdrueckung1 = true;
+        m_unterdrueckung2 = true;
+
+        seiteZeigen(1);
+        u.lblUstKontoBezeich->clear();
+        m_ustLabelFlag = true;
+        u.lblKontoBezeichnung->clear();
+
+        const QString nr = texte::rtrim(mks::NeueKontoNr);
+        auto &chk = *u.KKChkData;
+        if (!chk.recordsetDirekt()) {
+            // Nothing has been read yet: a selection that adds into the same table.
+            chk.setRecordSource(texte::SqlKontoLesen, {mks::Buchungsjahr, nr});
+            if (!chk.Refresh())
+                return;
+        }
+        auto &rs = *chk.recordsetDirekt();
+        rs.AddNew();
+        if (mks::PruefungFehlgeschlagen) {
+            rs.CancelUpdate();
+            MsgBox(texte::addNewFehlgeschlagen(mks::NeueKontoNr));
+            flaggenLoeschen();
+            return;
+        }
+        try {
+            mdlInitKK::KontoFelderInitialisieren(rs);
+            rs.setFeld(QStringLiteral("KontoJJ"), mks::Buchungsjahr);
+            rs.setFeld(QStringLiteral("kontonr"), nr);
+            if (mks::VerrechnungskontoWirdEroeffnet)
+                rs.setFeld(QStringLiteral("KontoBezeichnung"), texte::VerrechnungskontoName);
+            rs.setFeld(QStringLiteral("KontoBezeichnung"), texte::SachkontoPraefix + nr);
+            rs.Update();
+        } catch (const platform::RuntimeError &) {
+            // No half-written record: the row is dropped, the error reported by the trap.
+            if (rs.editMode() != EditMode::Keiner)
+                rs.CancelUpdate();
+            throw;
+        }
+
+        auto &kk = *u.KKData;
+        if (kk.recordsetDirekt()) {
+            kk.rs().Requery();
+        } else {
+            kk.setRecordSource(texte::SqlKontenDesJahres, {mks::Buchungsjahr});
+            kk.Refresh();
+        }
+        m_unterdrueckung2 = false;
+        mks::NeueroeffnungLaeuft = false;
+
+        const bool gefunden = kk.rs().FindFirst({{QStringLiteral("KontoNr"), nr}});
+        m_unterdrueckung1 = false;
+        if (!gefunden) {
+            MsgBox(texte::nachNeueroeffnungNichtGefunden(mks::NeueKontoNr));
+            return;
+        }
+        u.inpKontoNr->setText(nr);
+        if (nr != texte::Verrechnungskonto) {
+            KontendatenÜbernehmenCheck();
+            MsgBox(texte::provisorischHinweis(m_abschlussNotiz), platform::vbOKOnly,
+                   texte::TitelProvisorisch);
+        }
+    });
+}
+
+void frmKontenStamm::KontendatenÜbernehmenCheck()
+{
+    // The copy dialog is not part of this screen yet: nothing is copied, no closing note.
+    m_abschlussNotiz.clear();
+}

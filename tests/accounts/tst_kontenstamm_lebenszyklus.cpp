@@ -1,0 +1,854 @@
+// The account screen driven offscreen on both engines: loading a year (also an empty one),
+// navigation and keys, reading by number, opening through frmNeu, allocation key 0 and the save
+// gate of KKData.
+#include "accounts/frmKontenStamm.h"
+#include "accounts/frmNeu.h"
+#include "common/TestDatenbank.h"
+#include "frame/Onlinehilfe.h"
+#include "frame/mdlFehlerZL.h"
+#include "frame/mdlKontenStamm.h"
+#include "platform/core/CreateObject.h"
+#include "platform/storage/Database.h"
+#include "platform/storage/Schema.h"
+#include "platform/ui/DataControl.h"
+#include "platform/ui/MsgBox.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDate>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScopeGuard>
+#include <QSignalSpy>
+#include <QTabBar>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+using namespace platform;
+using platform::storage::Database;
+namespace mks = mdlKontenStamm;
+
+// Stands in for the suite's error dialog: remembers number and place of every report.
+class FehlerDialogAttrappe : public QObject
+{
+    Q_OBJECT
+public:
+    static inline QStringList s_berichte; // "number|place"
+    Q_INVOKABLE void Uebergeben(int nr, const QString &, const QString &, const QString &,
+                                const QString &, const QString &ort, const QString &,
+                                const QString &, bool)
+    {
+        s_berichte.append(QString::number(nr) + u'|' + ort);
+    }
+    Q_INVOKABLE void Anzeigen() { }
+    Q_INVOKABLE qint16 Ergebnis() const { return 1; }
+};
+
+namespace {
+const QString Jahr = QStringLiteral("2003");
+const QString NichtExistentTitel = QStringLiteral("KontoStammsatz nicht existent");
+const QString BezeichnungLeer = QStringLiteral("KontoBezeichnung darf nicht leer gelassen werden");
+} // namespace
+
+class TestKontenstammLebenszyklus : public QObject
+{
+    Q_OBJECT
+
+private:
+    QString m_ort;
+    std::shared_ptr<Database> m_db;
+    std::unique_ptr<MsgBoxProtokoll> m_boxen;
+    std::unique_ptr<frmKontenStamm> m_form;
+    std::unique_ptr<KomponentenRegistrierung> m_fehlerDialog;
+
+    template<class T = QWidget> T *c(const char *name)
+    {
+        auto *w = m_form->findChild<T *>(QString::fromUtf8(name));
+        if (!w)
+            qFatal("Steuerelement %s fehlt", name);
+        return w;
+    }
+    QLineEdit *nrFeld() { return c<QLineEdit>("inpKontoNr"); }
+    DataControl *kk() { return c<DataControl>("KKData"); }
+    QString aktuell() { return kk()->rs().feld("KontoNr").toString(); }
+
+    void konto(const QString &nr, const QString &name, int jahr = 2003)
+    {
+        m_db->execute("INSERT INTO ObjKanzleiKontenstamm (KontoNr, KontoJJ, KontoBezeichnung) "
+                      "VALUES (?, ?, ?)",
+                      {nr, jahr, name});
+    }
+    QVariant gespeichert(const QString &nr, const QString &feld, int jahr = 2003)
+    {
+        return m_db->scalar("SELECT " + feld
+                                + " FROM ObjKanzleiKontenstamm WHERE KontoNr = ? AND KontoJJ = ?",
+                            {nr, jahr});
+    }
+    qlonglong konten(int jahr = 2003)
+    {
+        return m_db->scalar("SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoJJ = ?", {jahr})
+            .toLongLong();
+    }
+    void standardKonten()
+    {
+        konto("1000", "Kassa");
+        konto("1200", "Bank");
+        konto("2000", "Lieferanten");
+        konto("5000", "Anderes Jahr", 2002);
+    }
+
+    void oeffnen()
+    {
+        m_form = std::make_unique<frmKontenStamm>();
+        m_form->show();
+        QApplication::setActiveWindow(m_form.get());
+        QVERIFY(QTest::qWaitForWindowActive(m_form.get()));
+    }
+    void fokusAuf(QWidget *w)
+    {
+        w->setFocus(Qt::OtherFocusReason);
+        QTRY_COMPARE(QApplication::focusWidget(), w);
+    }
+    void taste(Qt::Key key)
+    {
+        QWidget *f = QApplication::focusWidget();
+        QVERIFY(f);
+        QTest::keyClick(f, key);
+    }
+    // Types `text` into the number field (replacing it) and presses Enter.
+    void nummerLesen(const QString &text)
+    {
+        fokusAuf(nrFeld());
+        nrFeld()->setText(text);
+        QTest::keyClick(nrFeld(), Qt::Key_Return);
+    }
+    QStringList titel()
+    {
+        QStringList t;
+        for (const auto &e : m_boxen->eintraege())
+            t << e.titel;
+        return t;
+    }
+
+    // Runs `schritt` on the number dialog once it is shown modally; `gesehen` stays false when
+    // it never appears.
+    void imDialog(bool &gesehen, std::function<void(frmNeu &)> schritt)
+    {
+        gesehen = false;
+        auto versuch = std::make_shared<std::function<void(int)>>();
+        *versuch = [&gesehen, schritt, versuch](int rest) {
+            auto *d = qobject_cast<frmNeu *>(QApplication::activeModalWidget());
+            if (d) {
+                gesehen = true;
+                schritt(*d);
+                return;
+            }
+            if (rest > 0)
+                QTimer::singleShot(10, [versuch, rest] { (*versuch)(rest - 1); });
+        };
+        QTimer::singleShot(0, [versuch] { (*versuch)(300); });
+    }
+    static QLineEdit *dialogFeld(frmNeu &d)
+    {
+        return d.findChild<QLineEdit *>(QStringLiteral("inpNeuEröffKontoNr"));
+    }
+    static void dialogKnopf(frmNeu &d, const char *name)
+    {
+        d.findChild<QPushButton *>(QString::fromUtf8(name))->click();
+    }
+
+private slots:
+    void init()
+    {
+        mks::zuruecksetzen();
+        FehlerDialogAttrappe::s_berichte.clear();
+        m_fehlerDialog = std::make_unique<KomponentenRegistrierung>(
+            "zelAllgError", [] { return std::make_unique<FehlerDialogAttrappe>(); });
+        mdlFehlerZL::alsFehlerberichtEinrichten();
+        m_ort = testhilfe::neueDatenbank();
+        m_db = Database::open(m_ort);
+        storage::schemaAnlegen(*m_db);
+        mks::DatenbankPfad = m_ort;
+        mks::Buchungsjahr = 2003;
+        mks::VerarbeitungsBuchungsjahr = 2003;
+        mks::AktuellesProgramm = "frmKontenStamm";
+        m_boxen = std::make_unique<MsgBoxProtokoll>();
+        // OK boxes need no script; every question must be answered by the test.
+        m_boxen->setAntwortFunktion(
+            [](const MsgBoxEintrag &e) { return (e.buttons & 7) == vbOKOnly ? vbOK : 0; });
+    }
+
+    void cleanup()
+    {
+        m_form.reset();
+        m_db.reset();
+        const QStringList warnungen = m_boxen->warnungen();
+        const qsizetype offen = m_boxen->offeneAntworten();
+        m_boxen.reset();
+        m_fehlerDialog.reset();
+        QVERIFY2(warnungen.isEmpty(), qPrintable(warnungen.join('\n')));
+        QCOMPARE(offen, 0);
+        QVERIFY2(FehlerDialogAttrappe::s_berichte.isEmpty() || QTest::currentTestFailed(),
+                 qPrintable(FehlerDialogAttrappe::s_berichte.join('\n')));
+    }
+
+    // --- loading ---
+
+    void ladenZeigtDasErsteKontoDesJahres()
+    {
+        standardKonten();
+        oeffnen();
+        QCOMPARE(m_boxen->anzahl(), 0);
+        QCOMPARE(kk()->rs().RecordCount(), 3);
+        QCOMPARE(aktuell(), "1000");
+        QCOMPARE(nrFeld()->text(), "1000");
+        QCOMPARE(c<QLabel>("lblKontoBezeichnung")->text(), "Kassa");
+        QCOMPARE(c<QLineEdit>("inpKontoBezeichnung")->text(), "Kassa");
+        QCOMPARE(c<QLabel>("lblBuchjahr")->text(), Jahr);
+        auto *tabs = c<QTabBar>("TabStrip1");
+        QCOMPARE(tabs->count(), 7);
+        QCOMPARE(tabs->tabText(2), "ÖN-A4000-Definitionen");
+        QCOMPARE(tabs->currentIndex(), 0);
+        QVERIFY(c("frame1_0")->isVisible());
+        QVERIFY(!c("frame1_6")->isVisible());
+        QVERIFY(!c("fraBkUstSchl")->isVisible());
+        // The data controls use the session's database with the suite's password.
+        QCOMPARE(kk()->DatabaseName(), m_ort);
+        QVERIFY(kk()->Connect().endsWith("pwd=kellerabteil4;"));
+    }
+
+    void aeltereDatenbankBekommtDieZusatzdatenSpalte()
+    {
+        // An older table without KontoZusatzDatenJN, as databases before the column were made.
+        const auto *katalog = storage::tabelle("ObjKanzleiKontenstamm");
+        storage::Tabelle alt = *katalog;
+        std::erase_if(alt.spalten, [](const storage::Spalte &sp) {
+            return sp.name.compare("KontoZusatzDatenJN", Qt::CaseInsensitive) == 0;
+        });
+        m_db->execute("DROP TABLE ObjKanzleiKontenstamm");
+        m_db->execute(storage::ddl(alt, m_db->engine()));
+        standardKonten();
+        QCOMPARE(storage::fehlendeSpalten(*m_db, "ObjKanzleiKontenstamm"),
+                 QStringList {"KontoZusatzDatenJN"});
+        oeffnen();
+        QCOMPARE(m_boxen->anzahl(), 0);
+        QVERIFY(storage::fehlendeSpalten(*m_db, "ObjKanzleiKontenstamm").isEmpty());
+        QCOMPARE(c<QLineEdit>("inpKontoZusatzDatenJN")->text(), "0");
+        QCOMPARE(aktuell(), "1000");
+    }
+
+    void anzeigeFolgtDemSatz()
+    {
+        standardKonten();
+        m_db->execute("UPDATE ObjKanzleiKontenstamm SET KontoTypus = 1, KontoPVAZusatz = -1 "
+                      "WHERE KontoNr = '1200'");
+        m_db->execute("UPDATE ObjKanzleiKontenstamm SET KontoTypus = 7, KontoPVAZusatz = 0 "
+                      "WHERE KontoNr = '2000'");
+        oeffnen();
+        auto *typus = c<QComboBox>("cmbKontoTypus");
+        typus->addItem("Kanzleikonto", 0);
+        typus->addItem("Objektkonto", 1);
+        auto *pva = c<QCheckBox>("chckPVAZusatz");
+        fokusAuf(c("inpKontoAnmerkung1"));
+        taste(Qt::Key_PageDown);
+        QCOMPARE(typus->currentIndex(), 1);
+        QVERIFY(pva->isChecked());
+        QCOMPARE(c<QLabel>("lblKontoBezeichnung")->text(), "Bank");
+        // A code without an entry shows no entry.
+        taste(Qt::Key_PageDown);
+        QCOMPARE(typus->currentIndex(), -1);
+        QVERIFY(!pva->isChecked());
+        // Showing a record is no edit of the user: leaving it writes nothing and asks nothing.
+        taste(Qt::Key_PageUp);
+        QCOMPARE(m_boxen->anzahl(), 0);
+        QCOMPARE(gespeichert("2000", "KontoTypus").toInt(), 7);
+    }
+
+    void leeresJahr_data()
+    {
+        QTest::addColumn<QString>("neueKontoNr");
+        QTest::addColumn<QString>("gespeicherteNr");
+        QTest::addColumn<QStringList>("titelErwartet");
+        const QString hinweis = "Hinweis auf leeren Datenbestand";
+        const QString provisorisch
+            = "Kontrollieren und verändern Sie die provisorischen Feldinhalte";
+        // A freshly loaded component has no new account number yet: the opening writes it
+        // anyway (blank), and, the number field not holding 999998, ends with the hint.
+        QTest::newRow("frisch geladen")
+            << QString() << QString() << QStringList {hinweis, provisorisch};
+        QTest::newRow("letzte Eröffnung 999998") << "999998"
+                                                 << "999998" << QStringList {hinweis};
+        QTest::newRow("letzte Eröffnung 0815") << "0815"
+                                               << "0815" << QStringList {hinweis, provisorisch};
+    }
+    void leeresJahr()
+    {
+        QFETCH(QString, neueKontoNr);
+        QFETCH(QString, gespeicherteNr);
+        QFETCH(QStringList, titelErwartet);
+        konto("5000", "Anderes Jahr", 2002);
+        mks::NeueKontoNr = mks::festeLaenge6(neueKontoNr);
+        oeffnen();
+
+        QCOMPARE(titel(), titelErwartet);
+        QCOMPARE(m_boxen->eintraege().front().text,
+                 "Die SachkontenDatei für Buchungsjahr: 2003 ist komplett leer.\r\n"
+                 "Es wird anschließend automatisch ein \"internes Verrechnungskonto Nr: 999998\" "
+                 "eröffnet.");
+        QCOMPARE(m_boxen->eintraege().front().buttons, vbOKOnly);
+        QCOMPARE(konten(), 1);
+        QCOMPARE(konten(2002), 1);
+        // The designation names the number as stored, right-trimmed.
+        QCOMPARE(gespeichert(gespeicherteNr, "KontoBezeichnung").toString(),
+                 "Sachkonto-Nr " + gespeicherteNr);
+        QCOMPARE(gespeichert(gespeicherteNr, "KontoAbrUstProz").toInt(), 100);
+        QCOMPARE(gespeichert(gespeicherteNr, "KontoPVAZusatz").toInt(), -1);
+        QCOMPARE(gespeichert(gespeicherteNr, "KontoTypus").toInt(), 0);
+        QCOMPARE(kk()->rs().RecordCount(), 1);
+        QCOMPARE(aktuell(), gespeicherteNr);
+        QVERIFY(!mks::VerrechnungskontoWirdEroeffnet);
+        QVERIFY(!mks::NeueroeffnungLaeuft);
+        QVERIFY(!mks::BezeichnungFokusAusstehend);
+        QVERIFY(c<QPushButton>("cmdKontoNeueröff")->isEnabled());
+        QCOMPARE(mks::NeueroeffnungsNr, mks::festeLaenge6({}));
+        QVERIFY(m_form->focusWidget() != c("inpKontoBezeichnung"));
+    }
+
+    // --- navigation and keys ---
+
+    void bildTastenLaufenBisZumEndeUndZurueck()
+    {
+        standardKonten();
+        oeffnen();
+        fokusAuf(c("inpKontoBezeichnung"));
+        taste(Qt::Key_PageDown);
+        QCOMPARE(aktuell(), "1200");
+        QCOMPARE(nrFeld()->text(), "1200");
+        QCOMPARE(c<QLabel>("lblKontoBezeichnung")->text(), "Bank");
+        taste(Qt::Key_PageDown);
+        QCOMPARE(m_boxen->anzahl(), 0);
+        taste(Qt::Key_PageDown);
+        QCOMPARE(m_boxen->texte(), QStringList {"DateiEnde erreicht"});
+        QCOMPARE(m_boxen->letzter().titel, anwendungsTitel());
+        QCOMPARE(aktuell(), "2000");
+        QCOMPARE(nrFeld()->text(), "2000");
+        m_boxen->leeren();
+        taste(Qt::Key_PageUp);
+        taste(Qt::Key_PageUp);
+        QCOMPARE(aktuell(), "1000");
+        QCOMPARE(m_boxen->anzahl(), 0);
+        taste(Qt::Key_PageUp);
+        QCOMPARE(m_boxen->texte(), QStringList {"DateiAnfang erreicht"});
+        QCOMPARE(aktuell(), "1000");
+        QCOMPARE(nrFeld()->text(), "1000");
+    }
+
+    void f2NurImNummernfeld()
+    {
+        standardKonten();
+        oeffnen();
+        QSignalSpy liste(c<QPushButton>("cmdKontoListe"), &QPushButton::clicked);
+        fokusAuf(c("inpKontoBezeichnung"));
+        taste(Qt::Key_F2);
+        QCOMPARE(liste.count(), 0);
+        fokusAuf(nrFeld());
+        taste(Qt::Key_F2);
+        QCOMPARE(liste.count(), 1);
+    }
+
+    void leererDatensatzbestandNimmtNurEscape()
+    {
+        standardKonten();
+        oeffnen();
+        m_db->execute("DELETE FROM ObjKanzleiKontenstamm");
+        QVERIFY(kk()->rs().Requery());
+        QCOMPARE(kk()->rs().RecordCount(), 0);
+        QSignalSpy liste(c<QPushButton>("cmdKontoListe"), &QPushButton::clicked);
+        int hilfe = 0;
+        frame::setHilfeOeffner([&hilfe](const QUrl &) { return ++hilfe > 0; });
+        fokusAuf(nrFeld());
+        for (Qt::Key k : {Qt::Key_PageDown, Qt::Key_PageUp, Qt::Key_F1, Qt::Key_F2})
+            taste(k);
+        frame::setHilfeOeffner({});
+        QCOMPARE(m_boxen->anzahl(), 0);
+        QCOMPARE(liste.count(), 0);
+        QCOMPARE(hilfe, 0);
+        QVERIFY(m_form->isVisible());
+        taste(Qt::Key_Escape);
+        QVERIFY(!m_form->isVisible());
+    }
+
+    void f1OeffnetDieHilfeZumFokus()
+    {
+        QTemporaryDir dir;
+        const QString datei = dir.filePath("hilfe.html");
+        QFile f(datei);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write("<html><body><h2 id=\"inpKontoNr\">Kontonummer</h2></body></html>");
+        f.close();
+        mks::AufrufInfo[mks::slot::Hilfedatei] = datei;
+        mdlFehlerZL::HilfeAufrufChk();
+        standardKonten();
+        oeffnen();
+        QList<QUrl> geoeffnet;
+        frame::setHilfeOeffner([&geoeffnet](const QUrl &u) {
+            geoeffnet << u;
+            return true;
+        });
+        const auto zurueck = qScopeGuard([] { frame::setHilfeOeffner({}); });
+        fokusAuf(nrFeld());
+        taste(Qt::Key_F1);
+        c<QPushButton>("cmdHilfe")->click();
+        QCOMPARE(geoeffnet.size(), 2);
+        QCOMPARE(geoeffnet.at(0).fragment(), "inpKontoNr");
+        QCOMPARE(geoeffnet.at(1), geoeffnet.at(0));
+        fokusAuf(c("inpKontoBezeichnung"));
+        taste(Qt::Key_F1);
+        QCOMPARE(geoeffnet.size(), 3);
+        // A field of a register page opens the help of its page.
+        QCOMPARE(geoeffnet.at(2).fragment(), "seite1");
+    }
+
+    void formpruefungImLeerenBestand_data()
+    {
+        QTest::addColumn<QString>("eingabe");
+        QTest::addColumn<QString>("meldung");
+        const QString null = "Kontonummer 0 oder 00 oder 000 oder Leer ist ungültig";
+        const QString kurz
+            = "Sachkonten-Kontonummern müssen mindestens 4-stellig eingegeben werden.\r\n"
+              "Z.B. muss die Kontonummer \"1\" als \"0001\" eingegeben werden.\r\n\r\n"
+              "Grundsätzlich sind Sachkonten-Kontonummern 4-, 5- oder 6-stellig verwendbar.";
+        QTest::newRow("Blanks") << "   " << null;
+        QTest::newRow("0") << "0" << null;
+        QTest::newRow("00") << "00" << null;
+        QTest::newRow("000 mit Blank") << "000 " << null;
+        QTest::newRow("1") << "1" << kurz;
+        QTest::newRow("01") << "01" << kurz;
+        QTest::newRow("001") << "001" << kurz;
+        QTest::newRow("0001 liest") << "0001" << NichtExistentTitel;
+    }
+    void formpruefungImLeerenBestand()
+    {
+        QFETCH(QString, eingabe);
+        QFETCH(QString, meldung);
+        standardKonten();
+        oeffnen();
+        m_db->execute("DELETE FROM ObjKanzleiKontenstamm");
+        QVERIFY(kk()->rs().Requery());
+        QCOMPARE(nrFeld()->text(), QString());
+        fokusAuf(nrFeld());
+        nrFeld()->setText(eingabe);
+        if (meldung == NichtExistentTitel)
+            m_boxen->antworte(vbYes);
+        c("inpKontoAnmerkung1")->setFocus(Qt::TabFocusReason);
+        QTRY_COMPARE(QApplication::focusWidget(), nrFeld());
+        QCOMPARE(m_boxen->anzahl(), 1);
+        if (meldung == NichtExistentTitel) {
+            // "Ja" in an empty year leaves the number field empty.
+            QCOMPARE(m_boxen->letzter().titel, meldung);
+            QCOMPARE(nrFeld()->text(), QString());
+            QVERIFY(!mks::PruefungFehlgeschlagen);
+        } else {
+            QCOMPARE(m_boxen->letzter().text, meldung);
+            QCOMPARE(nrFeld()->text(), eingabe);
+            QVERIFY(mks::PruefungFehlgeschlagen);
+        }
+    }
+
+    void neuKnopfImLeerenBestandSchlaegtDieNummerVor()
+    {
+        standardKonten();
+        oeffnen();
+        m_db->execute("DELETE FROM ObjKanzleiKontenstamm");
+        QVERIFY(kk()->rs().Requery());
+        fokusAuf(nrFeld());
+        QTest::keyClicks(nrFeld(), "4711");
+        bool gesehen = false;
+        QString vorschlag;
+        imDialog(gesehen, [&vorschlag](frmNeu &d) {
+            vorschlag = dialogFeld(d)->text();
+            dialogKnopf(d, "cmdAbbrechen");
+        });
+        QTest::mouseClick(c("cmdKontoNeueröff"), Qt::LeftButton);
+        QVERIFY(gesehen);
+        QCOMPARE(vorschlag, "4711");
+        QCOMPARE(m_boxen->anzahl(), 0);
+        QCOMPARE(nrFeld()->text(), QString());
+        QCOMPARE(m_form->focusWidget(), nrFeld());
+        QVERIFY(mks::ImNummernfeldBleiben);
+        QCOMPARE(konten(), 0);
+    }
+
+    void escapeSchliesstUndSpeichertDieEingabe()
+    {
+        standardKonten();
+        oeffnen();
+        auto *anmerkung = c<QLineEdit>("inpKontoAnmerkung1");
+        fokusAuf(anmerkung);
+        QTest::keyClicks(anmerkung, "getippt");
+        taste(Qt::Key_Escape);
+        QVERIFY(!m_form->isVisible());
+        QCOMPARE(gespeichert("1000", "KontoAnmerkung1").toString(), "getippt");
+        QCOMPARE(m_boxen->anzahl(), 0);
+    }
+
+    void datenfehlerWirdZweimalGemeldet()
+    {
+        standardKonten();
+        oeffnen();
+        nrFeld()->setText("9");
+        kk()->fehlerAusloesen(3021, "Kein aktueller Datensatz.");
+        // The component's box with the turned number, then the control's own message.
+        QCOMPARE(m_boxen->anzahl(), 2);
+        QVERIFY(m_boxen->eintraege().at(0).text.startsWith("3260 "));
+        QCOMPARE(m_boxen->eintraege().at(1).text, "Kein aktueller Datensatz.");
+        QCOMPARE(FehlerDialogAttrappe::s_berichte,
+                 QStringList {"3260|zelKontenStamm, in KKData_Error"});
+        FehlerDialogAttrappe::s_berichte.clear();
+        QCOMPARE(nrFeld()->text(), "1000");
+    }
+
+    // --- reading by number ---
+
+    void lesenNachNummer_data()
+    {
+        QTest::addColumn<QString>("eingabe");
+        QTest::addColumn<bool>("nurAnzeige");
+        QTest::addColumn<int>("antwort"); // 0: no question expected
+        QTest::addColumn<QString>("kontoDanach");
+        QTest::addColumn<QString>("feldDanach");
+        QTest::addColumn<QString>("meldung");
+        QTest::newRow("vorhanden") << "2000" << false << 0 << "2000"
+                                   << "2000" << QString();
+        QTest::newRow("vorhanden mit Blanks") << " 1200  " << false << 0 << "1200"
+                                              << "1200" << QString();
+        QTest::newRow("angezeigtes Konto") << "1000" << false << 0 << "1000"
+                                           << "1000" << QString();
+        QTest::newRow("nur Blanks") << "   " << false << 0 << "1000"
+                                    << "   "
+                                    << "Kontonummer LEER ist nicht zulässig";
+        QTest::newRow("anderes Jahr, Ja")
+            << "5000" << false << int(vbYes) << "1000"
+            << "1000"
+            << "das SachKonto mit der Nummer: 5000   ist nicht existent\r\n\r\n"
+               "Klicken Sie \"JA\" oder Enter wenn Sie eine andere Auswahl treffen möchten \r\n"
+               "oder \"Nein\" wenn Sie einen neuen KontenStammsatz eröffnen wollen:";
+        QTest::newRow("nur Anzeige")
+            << "7777" << true << 0 << "1000"
+            << "7777"
+            << "Das SachKonto mit der Nummer: 7777   ist nicht existent\r\n\r\n"
+               "Bitte treffen Sie eine andere Auswahl.";
+    }
+    void lesenNachNummer()
+    {
+        QFETCH(QString, eingabe);
+        QFETCH(bool, nurAnzeige);
+        QFETCH(int, antwort);
+        QFETCH(QString, kontoDanach);
+        QFETCH(QString, feldDanach);
+        QFETCH(QString, meldung);
+        standardKonten();
+        mks::NurAnzeige = nurAnzeige;
+        oeffnen();
+        if (antwort)
+            m_boxen->antworte(antwort);
+        nummerLesen(eingabe);
+        QCOMPARE(aktuell(), kontoDanach);
+        QCOMPARE(nrFeld()->text(), feldDanach);
+        QCOMPARE(m_boxen->texte(), meldung.isEmpty() ? QStringList() : QStringList {meldung});
+        if (antwort) {
+            QCOMPARE(m_boxen->letzter().titel, NichtExistentTitel);
+            QCOMPARE(m_boxen->letzter().buttons, vbYesNo | vbQuestion);
+        }
+        if (!meldung.isEmpty())
+            QCOMPARE(QApplication::focusWidget(), nrFeld());
+        QCOMPARE(konten(), 3);
+    }
+
+    void verlassenDesNummernfeldsLiestDasKonto()
+    {
+        standardKonten();
+        oeffnen();
+        fokusAuf(nrFeld());
+        nrFeld()->setText("1200");
+        fokusAuf(c("inpKontoBezeichnung"));
+        QCOMPARE(aktuell(), "1200");
+        QCOMPARE(c<QLineEdit>("inpKontoBezeichnung")->text(), "Bank");
+        // A missing number answered with "Ja" keeps the focus in the number field.
+        fokusAuf(nrFeld());
+        nrFeld()->setText("4711");
+        m_boxen->antworte(vbYes);
+        c("inpKontoBezeichnung")->setFocus(Qt::TabFocusReason);
+        QTRY_COMPARE(QApplication::focusWidget(), nrFeld());
+        QCOMPARE(nrFeld()->text(), "1200");
+        QVERIFY(mks::ImNummernfeldBleiben);
+    }
+
+    void neinEroeffnetDasGetippteKonto()
+    {
+        standardKonten();
+        oeffnen();
+        bool gesehen = false;
+        QString vorschlag;
+        imDialog(gesehen, [&vorschlag](frmNeu &d) {
+            vorschlag = dialogFeld(d)->text();
+            dialogKnopf(d, "cmdOK");
+        });
+        m_boxen->antworte({vbNo, vbYes});
+        nummerLesen("4711");
+        QVERIFY(gesehen);
+        QCOMPARE(vorschlag, "4711");
+        QCOMPARE(titel(),
+                 (QStringList {NichtExistentTitel, "Bitte bestätigen Sie",
+                               "Kontrollieren und verändern Sie die provisorischen "
+                               "Feldinhalte"}));
+        QCOMPARE(m_boxen->eintraege().at(1).text, "Kontenstammsatz Konto 4711   neueröffnen ?");
+        QCOMPARE(aktuell(), "4711");
+        QCOMPARE(nrFeld()->text(), "4711");
+        QCOMPARE(gespeichert("4711", "KontoBezeichnung").toString(), "Sachkonto-Nr 4711");
+        QCOMPARE(konten(), 4);
+        QTRY_COMPARE(m_form->focusWidget(), c("inpKontoBezeichnung"));
+        QVERIFY(!mks::NeueroeffnungVomNummernfeld);
+    }
+
+    // --- opening through the button ---
+
+    void nummerndialogWeistZurueck_data()
+    {
+        QTest::addColumn<QString>("eingabe");
+        QTest::addColumn<QString>("titelErwartet");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("leer") << ""
+                              << "KontoNr leer ungültig"
+                              << "Ungültige, leere Kontonummer wurde eingegeben";
+        QTest::newRow("nur Blanks") << "   "
+                                    << "KontoNr leer ungültig"
+                                    << "Ungültige, leere Kontonummer wurde eingegeben";
+        const QString kurz = "Kontonummer wurde zu kurz eingegeben.\r\n"
+                             "Kontonummern müssen 4-, 5- oder 6-stellig eingegeben werden.\r\n\r\n"
+                             "Z.B. Kontonummer 1 muss als 0001 eingegeben werden.";
+        QTest::newRow("1") << "1"
+                           << "Kontonummer hat falsche Anzahl Stellen" << kurz;
+        QTest::newRow("001") << "001"
+                             << "Kontonummer hat falsche Anzahl Stellen" << kurz;
+        QTest::newRow("vorhanden") << "1200" << anwendungsTitel() << "Konto bereits existent";
+    }
+    void nummerndialogWeistZurueck()
+    {
+        QFETCH(QString, eingabe);
+        QFETCH(QString, titelErwartet);
+        QFETCH(QString, text);
+        standardKonten();
+        oeffnen();
+        bool gesehen = false;
+        bool offenNachOk = false;
+        bool fokusImFeld = false;
+        imDialog(gesehen, [&](frmNeu &d) {
+            dialogFeld(d)->setText(eingabe);
+            dialogKnopf(d, "cmdOK");
+            offenNachOk = d.isVisible();
+            fokusImFeld = d.focusWidget() == dialogFeld(d);
+            dialogKnopf(d, "cmdAbbrechen");
+        });
+        c<QPushButton>("cmdKontoNeueröff")->click();
+        QVERIFY(gesehen);
+        QVERIFY(offenNachOk);
+        QVERIFY(fokusImFeld);
+        QCOMPARE(m_boxen->texte(), QStringList {text});
+        QCOMPARE(m_boxen->letzter().titel, titelErwartet);
+        QVERIFY(mks::DialogAbgebrochen);
+        QCOMPARE(nrFeld()->text(), "1000");
+        QCOMPARE(aktuell(), "1000");
+        QCOMPARE(konten(), 3);
+    }
+
+    void eroeffnungUeberDenKnopf_data()
+    {
+        QTest::addColumn<QString>("nummer");
+        QTest::addColumn<int>("bestaetigung");
+        QTest::newRow("0001 ja") << "0001" << int(vbYes);
+        QTest::newRow("anderes Jahr ja") << "5000" << int(vbYes);
+        QTest::newRow("sechsstellig ja") << "123456" << int(vbYes);
+        QTest::newRow("nein") << "0001" << int(vbNo);
+    }
+    void eroeffnungUeberDenKnopf()
+    {
+        QFETCH(QString, nummer);
+        QFETCH(int, bestaetigung);
+        standardKonten();
+        oeffnen();
+        bool gesehen = false;
+        QString vorschlag = "nicht gesetzt";
+        imDialog(gesehen, [&](frmNeu &d) {
+            vorschlag = dialogFeld(d)->text();
+            dialogFeld(d)->setText(nummer);
+            dialogKnopf(d, "cmdOK");
+        });
+        m_boxen->antworte(bestaetigung);
+        c<QPushButton>("cmdKontoNeueröff")->click();
+        QVERIFY(gesehen);
+        // The number shown is not proposed again.
+        QCOMPARE(vorschlag, QString());
+        QCOMPARE(mks::NeueKontoNr, mks::festeLaenge6(nummer));
+        QCOMPARE(m_boxen->eintraege().at(0).text,
+                 "Kontenstammsatz Konto " + mks::festeLaenge6(nummer) + " neueröffnen ?");
+        if (bestaetigung == vbNo) {
+            QCOMPARE(m_boxen->anzahl(), 1);
+            QCOMPARE(konten(), 3);
+            QCOMPARE(nrFeld()->text(), "1000");
+            QCOMPARE(aktuell(), "1000");
+            return;
+        }
+        QCOMPARE(m_boxen->anzahl(), 2);
+        QCOMPARE(m_boxen->letzter().text,
+                 "Kontrollieren, verändern oder ergänzen Sie anschließend die provisorischen "
+                 "Objekt-Feldinhalte gemäß Ihren Erfordernissen !");
+        QCOMPARE(konten(), 4);
+        QCOMPARE(gespeichert(nummer, "KontoBezeichnung").toString(), "Sachkonto-Nr " + nummer);
+        QCOMPARE(gespeichert(nummer, "KontoAbrUstProz").toInt(), 100);
+        QCOMPARE(aktuell(), nummer);
+        QCOMPARE(nrFeld()->text(), nummer);
+        QCOMPARE(c<QLineEdit>("inpKontoBezeichnung")->text(), "Sachkonto-Nr " + nummer);
+        QTRY_COMPARE(m_form->focusWidget(), c("inpKontoBezeichnung"));
+        // The new account is an ordinary record: its checks run again and pass.
+        m_form->Fehlerprüfungen_0();
+        QVERIFY(!mks::PruefungFehlgeschlagen);
+        QCOMPARE(m_boxen->anzahl(), 2);
+    }
+
+    void eroeffnungLaeuftOhnePruefung()
+    {
+        // The record shown fails the checks; the opening itself leaves it without a check.
+        konto("1000", "");
+        konto("1200", "Bank");
+        oeffnen();
+        QCOMPARE(aktuell(), "1000");
+        mks::NeueKontoNr = mks::festeLaenge6("3000");
+        m_form->Neueröffnung();
+        QVERIFY(!m_boxen->texte().contains(BezeichnungLeer));
+        QCOMPARE(aktuell(), "3000");
+        QCOMPARE(konten(), 3);
+        QCOMPARE(m_boxen->texte(),
+                 QStringList {"Kontrollieren, verändern oder ergänzen Sie anschließend die "
+                              "provisorischen Objekt-Feldinhalte gemäß Ihren Erfordernissen !"});
+    }
+
+    // --- the save gate ---
+
+    void fehlerhafterSatzHaeltFest()
+    {
+        standardKonten();
+        oeffnen();
+        auto *name = c<QLineEdit>("inpKontoBezeichnung");
+        fokusAuf(name);
+        name->clear();
+        taste(Qt::Key_PageDown);
+        QCOMPARE(m_boxen->texte(), QStringList {BezeichnungLeer});
+        QCOMPARE(aktuell(), "1000");
+        QCOMPARE(gespeichert("1000", "KontoBezeichnung").toString(), "Kassa");
+        QVERIFY(mks::PruefungFehlgeschlagen);
+        QCOMPARE(QApplication::focusWidget(), name);
+        // Reading another number is refused the same way.
+        m_boxen->leeren();
+        nrFeld()->setText("2000");
+        m_form->KontoDirektLesen();
+        QCOMPARE(aktuell(), "1000");
+        QCOMPARE(m_boxen->texte(), QStringList {BezeichnungLeer});
+        QCOMPARE(gespeichert("1000", "KontoBezeichnung").toString(), "Kassa");
+        // Corrected, the record is written on leaving it.
+        m_boxen->leeren();
+        QTRY_COMPARE(QApplication::focusWidget(), name);
+        QTest::keyClicks(name, "Kassa neu");
+        taste(Qt::Key_PageDown);
+        QCOMPARE(m_boxen->anzahl(), 0);
+        QCOMPARE(aktuell(), "1200");
+        QCOMPARE(gespeichert("1000", "KontoBezeichnung").toString(), "Kassa neu");
+        taste(Qt::Key_PageUp);
+        QCOMPARE(name->text(), "Kassa neu");
+    }
+
+    void schliessenVerweigertBisDieChecksBestehen()
+    {
+        standardKonten();
+        oeffnen();
+        auto *name = c<QLineEdit>("inpKontoBezeichnung");
+        fokusAuf(name);
+        name->clear();
+        QVERIFY(!m_form->close());
+        QVERIFY(m_form->isVisible());
+        QCOMPARE(m_boxen->texte(), QStringList {BezeichnungLeer});
+        QCOMPARE(gespeichert("1000", "KontoBezeichnung").toString(), "Kassa");
+        name->setText("Hauptkassa");
+        c<QPushButton>("cmdExit")->click();
+        QVERIFY(!m_form->isVisible());
+        QCOMPARE(gespeichert("1000", "KontoBezeichnung").toString(), "Hauptkassa");
+    }
+
+    void korrigierterSatzWirdGeschrieben()
+    {
+        standardKonten();
+        oeffnen();
+        int action = vbDataActionMoveNext;
+        bool save = false;
+        m_form->setKorrigiert(true);
+        m_form->KKData_Validate(action, save);
+        QVERIFY(save);
+        QCOMPARE(action, int(vbDataActionMoveNext));
+        // Cleared by the gate: the next move asks for no save of its own.
+        save = false;
+        m_form->KKData_Validate(action, save);
+        QVERIFY(!save);
+        // A failing record is never saved, corrected or not.
+        m_form->setKorrigiert(true);
+        c<QLineEdit>("inpKontoBezeichnung")->clear();
+        m_form->KKData_Validate(action, save);
+        QCOMPARE(action, int(vbDataActionCancel));
+        QVERIFY(!save);
+        QCOMPARE(m_boxen->texte(), QStringList {BezeichnungLeer});
+    }
+
+    // --- allocation key 0 ---
+
+    void schluesselNull_data()
+    {
+        QTest::addColumn<QList<int>>("vorher");
+        QTest::addColumn<QList<int>>("nachher");
+        QTest::newRow("leer") << QList<int> {} << QList<int> {0};
+        QTest::newRow("niedrigster 1") << QList<int> {1, 2} << QList<int> {0, 1, 2};
+        QTest::newRow("0 vorhanden") << QList<int> {0, 3} << QList<int> {0, 3};
+        QTest::newRow("negativ") << QList<int> {-1, 2} << QList<int> {-1, 2};
+    }
+    void schluesselNull()
+    {
+        QFETCH(QList<int>, vorher);
+        QFETCH(QList<int>, nachher);
+        standardKonten();
+        for (int n : vorher)
+            m_db->execute("INSERT INTO AllgSchluesselDaten (SchlNummer, SchlLangBezeich, "
+                          "SchlAbDatum, SchlBisDatum) VALUES (?, 'vorhanden', ?, ?)",
+                          {n, QDate(2000, 1, 1), QDate(2010, 1, 1)});
+        oeffnen();
+        QList<int> nummern;
+        auto cur = m_db->query("SELECT SchlNummer FROM AllgSchluesselDaten ORDER BY SchlNummer");
+        while (cur->next())
+            nummern << int(cur->ganzzahl(0));
+        QCOMPARE(nummern, nachher);
+        auto *asl = c<DataControl>("ASLData");
+        QCOMPARE(asl->rs().RecordCount(), nachher.size());
+        QCOMPARE(asl->rs().feld("SchlNummer").toInt(), nachher.front());
+        if (!vorher.contains(0) && nachher.contains(0)) {
+            QCOMPARE(asl->rs().feld("SchlLangBezeich").toString(), "keine Definition");
+            QCOMPARE(asl->rs().feld("SchlKurzbezeich").toString(), QString());
+            QCOMPARE(asl->rs().feld("SchlAbDatum").toDate(), QDate(1900, 1, 1));
+            QCOMPARE(asl->rs().feld("SchlBisDatum").toDate(), QDate(2099, 12, 31));
+        }
+        QCOMPARE(m_boxen->anzahl(), 0);
+    }
+};
+
+ZEP_ENGINE_TEST_MAIN(TestKontenstammLebenszyklus)
+#include "tst_kontenstamm_lebenszyklus.moc"
