@@ -2,6 +2,7 @@
 
 #include "accounts/Kontentexte.h"
 #include "frame/DatenSteuerungen.h"
+#include "frame/FormSkalieren.h"
 #include "frame/Onlinehilfe.h"
 #include "frame/mdlFehlerZL.h"
 #include "frame/mdlInitKK.h"
@@ -12,6 +13,7 @@
 #include "platform/ui/Fehlerfalle.h"
 #include "platform/ui/Fokus.h"
 #include "platform/ui/MsgBox.h"
+#include "screens/Bildschirmstil.h"
 #include "screens/Bindungen.h"
 #include "ui_frmKontenStamm.h"
 
@@ -94,6 +96,7 @@ frmKontenStamm::frmKontenStamm(QWidget *parent)
     , m_ui(std::make_unique<Ui::frmKontenStamm>())
 {
     m_ui->setupUi(this);
+    screens::bildschirmEinrichten(this);
     screens::bindungenHerstellen(this);
     m_fokus = new platform::Fokus(this);
     for (const auto &[kombi, feld] : AnzeigeKombis) {
@@ -167,6 +170,12 @@ void frmKontenStamm::Form_Load()
     KontenSelect();
     AslSelect();
     seiteZeigen(seite());
+
+    // Wider displays: the screen enlarges itself by the user's factor.
+    bool positionen = true;
+    bool schriften = true;
+    double faktor = 0;
+    frame::FormSkalieren(this, positionen, schriften, faktor);
 }
 
 void frmKontenStamm::KontenSelect()

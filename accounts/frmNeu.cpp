@@ -2,8 +2,10 @@
 
 #include "accounts/Kontentexte.h"
 #include "accounts/frmKontenStamm.h"
+#include "frame/FormSkalieren.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/ui/MsgBox.h"
+#include "screens/Bildschirmstil.h"
 #include "ui_frmNeu.h"
 
 #include <QLineEdit>
@@ -19,6 +21,7 @@ frmNeu::frmNeu(frmKontenStamm *screen)
     , m_screen(screen)
 {
     m_ui->setupUi(this);
+    screens::bildschirmEinrichten(this);
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &frmNeu::cmdOK_Click);
     connect(m_ui->cmdAbbrechen, &QPushButton::clicked, this, &frmNeu::cmdAbbrechen_Click);
     Form_Load();
@@ -30,6 +33,10 @@ void frmNeu::Form_Load()
 {
     m_ui->inpNeuEröffKontoNr->setText(texte::rtrim(mks::NeueroeffnungsNr));
     m_ui->cmdOK->setDefault(true);
+    bool positionen = true;
+    bool schriften = true;
+    double faktor = 0;
+    frame::FormSkalieren(this, positionen, schriften, faktor);
 }
 
 void frmNeu::cmdOK_Click()
