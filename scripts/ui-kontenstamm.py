@@ -174,7 +174,6 @@ add("Label21", "L", P, "A,B,C", 380, y, 44, 16)
 add("Label22", "L", P, "I,II,III", 428, y, 44, 16)
 add("Label23", "L", P, "1,2,3", 476, y, 44, 16)
 add("Label24", "L", P, "a,b,c", 524, y, 44, 16)
-add("lblBilPosText", "L", P, "Text", 572, y, 290, 16)
 y += 18
 add("Label20", "L", P, "Bilanz-Position:", LX, y + 4, LW, 16)
 add("inpBilPosAktPass", "I", P, "", IX, y, 56, H, "KKData", "KontoBilPosAktPass")
@@ -182,6 +181,8 @@ add("lblBilPosABC", "L", P, "", 380, y + 4, 44, 16, "KKData", "KontoBilPosABC")
 add("lblBilPosRöm", "L", P, "", 428, y + 4, 44, 16, "KKData", "KontoBilPosRöm")
 add("lblBilPosArab", "L", P, "", 476, y + 4, 44, 16, "KKData", "KontoBilPosArab")
 add("lblBilPosABCklein", "L", P, "", 524, y + 4, 44, 16, "KKData", "KontoBilPosABCklein")
+# The position's text is written here at run time, beside the parts of the position.
+add("lblBilPosText", "L", P, "Text", 572, y + 4, 290, 16)
 add("Label25", "L", P, "Akt,Pass,Guv", IX, y + 26, 90, 16)
 y += 46
 add("cmdBilPosAuswahl", "B", P, "Bilanzposition auswählen", IX, y, 170, 30)
@@ -226,6 +227,10 @@ def widget(c, kinder):
         out.append(prop("text", s(text)))
     if kind == "L":
         out.append(prop("wordWrap", "<bool>true</bool>") if h > 20 else "")
+        if h <= 1:
+            # A one-pixel label is a separator line: its caption must not show as dots.
+            out.append(prop("styleSheet", '<string notr="true">color: transparent; '
+                                          'background-color: palette(mid);</string>'))
     if kind == "F":
         if name.startswith("frame1_"):
             out.append(prop("title", s("")))

@@ -251,6 +251,7 @@ private slots:
     void steuerelement_data();
     void steuerelement();
     void formUndSeiten();
+    void sichtbarBeimLaden();
     void bindungen();
     void tooltips_data();
     void tooltips();
@@ -322,6 +323,24 @@ void tst_LayoutKontenstamm::formUndSeiten()
     // The shared VAT key frame lies over the page area.
     auto *bk = b.form.findChild<QWidget *>(QStringLiteral("fraBkUstSchl"));
     QVERIFY(flaeche.contains(bk->geometry()));
+}
+
+// The screen opens on the first page; the behaviour code shows the other pages, the shared
+// frame only on pages 2 and 3, and never the helper data controls.
+void tst_LayoutKontenstamm::sichtbarBeimLaden()
+{
+    Bildschirm b;
+    for (int i = 0; i < 7; ++i) {
+        auto *f = b.form.findChild<QWidget *>(QStringLiteral("frame1_%1").arg(i));
+        QVERIFY(f);
+        QCOMPARE(f->isVisibleTo(&b.form), i == 0);
+    }
+    QVERIFY(!b.form.findChild<QWidget *>(QStringLiteral("fraBkUstSchl"))->isVisibleTo(&b.form));
+    const auto daten = b.form.findChildren<platform::DataControl *>();
+    QCOMPARE(daten.size(), 9);
+    for (const platform::DataControl *d : daten) {
+        QCOMPARE(d->isVisibleTo(&b.form), d->objectName() == QLatin1String("KKData"));
+    }
 }
 
 void tst_LayoutKontenstamm::bindungen()
