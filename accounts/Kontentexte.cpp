@@ -35,16 +35,6 @@ QString nichtExistentFrage(const QString &nr)
         + QStringLiteral("oder \"Nein\" wenn Sie einen neuen KontenStammsatz eröffnen wollen:");
 }
 
-QString kontonummerZuKurz()
-{
-    return QStringLiteral("Sachkonten-Kontonummern müssen mindestens 4-stellig ")
-        + QStringLiteral("eingegeben werden.") + Zeile
-        + QStringLiteral("Z.B. muss die Kontonummer \"1\" als \"0001\" eingegeben werden.") + Zeile
-        + Zeile
-        + QStringLiteral("Grundsätzlich sind Sachkonten-Kontonummern 4-, 5- oder 6-stellig ")
-        + QStringLiteral("verwendbar.");
-}
-
 QString neueroeffnenFrage(const QString &nr)
 {
     return QStringLiteral("Kontenstammsatz Konto ") + nr + QStringLiteral(" neueröffnen ?");

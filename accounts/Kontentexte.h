@@ -42,9 +42,6 @@ inline const QString KontonummerLeer = QStringLiteral("Kontonummer LEER ist nich
 QString nichtExistentNurAnzeige(const QString &nr);
 QString nichtExistentFrage(const QString &nr);
 inline const QString TitelNichtExistent = QStringLiteral("KontoStammsatz nicht existent");
-inline const QString KontonummerNullOderLeer
-    = QStringLiteral("Kontonummer 0 oder 00 oder 000 oder Leer ist ungültig");
-QString kontonummerZuKurz();
 
 // --- opening ---
 inline const QString TitelBestaetigen = QStringLiteral("Bitte bestätigen Sie");
@@ -59,10 +56,6 @@ QString nachNeueroeffnungNichtGefunden(const QString &nr);
 inline const QString TitelProvisorisch
     = QStringLiteral("Kontrollieren und verändern Sie die provisorischen Feldinhalte");
 QString provisorischHinweis(const QString &abschlussNotiz);
-
-// --- checks ---
-inline const QString BezeichnungLeer
-    = QStringLiteral("KontoBezeichnung darf nicht leer gelassen werden");
 
 // --- allocation key 0 ---
 inline const QString SchluesselKeineDefinition = QStringLiteral("keine Definition");
@@ -81,6 +74,21 @@ inline const QString OrtAslSelect = QStringLiteral("zelKontenStamm, in AslSelect
 inline const QString OrtSchl0Anlegen = QStringLiteral("zelKontenStamm, in Schl0Anlegen");
 inline const QString OrtValidate = QStringLiteral("zelKontenStamm, in KK_Data_Validate");
 inline const QString OrtFehlerpruefungen = QStringLiteral("zelKontenStamm, in Fehlerprüfungen_0");
+inline const QString OrtUstQuer = QStringLiteral("zelKontenStamm, in UstKontoQuerPrüfen");
+inline const QString OrtKontoNrCheck = QStringLiteral("zelKontenStamm, in KontoNrCheck");
+inline const QString OrtTypus = QStringLiteral("zelKontenStamm, in KontoTypus prüfen");
+inline const QString OrtSsCheckSelect = QStringLiteral("zelKontenStamm, in SsCheckSelect");
+inline const QString OrtPVAZusatz = QStringLiteral("zelKontenStamm, in chckPVAZusatz_Click");
+inline const QString OrtBilanzPosSelect = QStringLiteral("zelKontenStamm, in BilanzPosSelect");
+inline const QString OrtZl7BilanzPosSelect
+    = QStringLiteral("zelKontenStamm, in Zl7BilanzPosSelect");
+inline const QString OrtBkPos2DataSelect = QStringLiteral("zelKontenStamm, in BkPOS2DataSelect");
+inline const QString OrtBkBlockPosSelect = QStringLiteral("zelKontenStamm, in BkBlockPosSelect");
+// With the small s, as the users' reports have always shown it.
+inline const QString OrtAbrPos2Text = QStringLiteral("zelKontenstamm, in cmbAbrPos2_Texteinsetzen");
+inline const QString OrtBkBlockPosText
+    = QStringLiteral("zelKontenStamm, in cmbBkBlockPos_Texteinsetzen");
+inline const QString OrtKontoListe = QStringLiteral("zelKontenStamm, in cmdKontoListe_Click");
 
 // Trailing blanks removed; account numbers are stored and compared so.
 QString rtrim(const QString &text);

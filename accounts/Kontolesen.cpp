@@ -1,6 +1,7 @@
 // Reading an account by number: the number field's events and the existence check.
 #include "accounts/Kontentexte.h"
 #include "accounts/frmKontenStamm.h"
+#include "accounts/regeln/Kontonummern.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/ui/DataControl.h"
 #include "platform/ui/Fehlerfalle.h"
@@ -70,19 +71,14 @@ void frmKontenStamm::KontoDirektLesen()
 void frmKontenStamm::KontoNrFormPrüfen()
 {
     mks::PruefungFehlgeschlagen = false;
+    m_abgelehnteNr.clear();
     auto *feld = m_ui->inpKontoNr;
-    const QString nr = texte::rtrim(feld->text());
-    QString meldung;
-    if (nr.isEmpty() || nr == QLatin1String("0") || nr == QLatin1String("00")
-        || nr == QLatin1String("000")) {
-        meldung = texte::KontonummerNullOderLeer;
-    } else if (nr.size() < 4) {
-        meldung = texte::kontonummerZuKurz();
-    }
-    if (meldung.isEmpty())
+    const auto fehler = kontenregeln::nummernform(feld->text());
+    if (fehler == kontenregeln::NummernFehler::Keiner)
         return;
-    MsgBox(meldung);
+    MsgBox(kontenregeln::nummernformMeldung(fehler));
     mks::PruefungFehlgeschlagen = true;
+    m_abgelehnteNr = feld->text();
     feld->setFocus();
 }
 
@@ -91,6 +87,8 @@ void frmKontenStamm::inpKontoNr_GotFocus()
     // Enter in the number field reads the account.
     m_ui->cmdKontoEinlesen->setDefault(true);
     m_letzteNr = m_ui->inpKontoNr->text();
+    // From the number field the account list fills the number itself.
+    m_erinnert.reset();
     // A focus move to the designation made inside a focus handler raised no LostFocus here.
     mks::BezeichnungFokusAusstehend = false;
 }

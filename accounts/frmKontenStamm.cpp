@@ -27,6 +27,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScopeGuard>
+#include <QSignalBlocker>
 #include <QTabBar>
 
 using platform::MsgBox;
@@ -60,35 +61,6 @@ int tastenCode(int qtTaste)
     }
 }
 
-// The definition combos in the order the record display shows them, each with the hidden
-// bound field that holds its stored code.
-struct KombiFeld
-{
-    const char *kombi;
-    const char *feld;
-};
-constexpr KombiFeld AnzeigeKombis[] = {
-    {"cmbKontoTypus", "inpKontoTypus"},
-    {"cmbKontoZusatzdatenJN", "inpKontoZusatzDatenJN"},
-    {"cmbKontoUstProz", "inpKontoUstProz"},
-    {"cmbKontoVoranmPos", "inpKontoVoranmPos"},
-    {"cmbKostenArt", "inpKostenArt"},
-    {"cmbBkENAbrDef", "inpBKENAbrDef"},
-    {"cmbBkEinnAusgPos", "inpBkEinnAusgPos"},
-    {"cmbEstgPflichtig", "inpEstgPflichtig"},
-    {"cmbBkBlockPos", "inpBkBlockPos"},
-    {"cmbBkAbrUstProz", "inpAbrUstProz"},
-    {"cmbBkAbrVerdichtKz", "inpBkAbrVerdichtKz"},
-    {"cmbHeEinnAusgPos", "inpHeEinnAusgPos"},
-    {"cmbHeAbrVerdichtKz", "inpHeAbrVerdichtKz"},
-    {"cmbBeiblPos", "inpBeiblPos"},
-    {"cmbBeiblVerdichtKz", "inpBeiblVerdichtKz"},
-    {"cmbKontoAbschlArt", "inpKontoAbschlArt"},
-    {"cmbKontoPVAKz", "inpKontoPVAKz"},
-    {"cmbKontoHmzResPos", "inpKontoHmzResPos"},
-    {"cmbKontoHmzResVerdichtKz", "inpKontoHmzResVerdichtKz"},
-};
-
 } // namespace
 
 frmKontenStamm::frmKontenStamm(QWidget *parent)
@@ -99,11 +71,8 @@ frmKontenStamm::frmKontenStamm(QWidget *parent)
     screens::bildschirmEinrichten(this);
     screens::bindungenHerstellen(this);
     m_fokus = new platform::Fokus(this);
-    for (const auto &[kombi, feld] : AnzeigeKombis) {
-        m_kombis.emplace_back(findChild<QComboBox *>(QString::fromUtf8(kombi)),
-                              findChild<QLineEdit *>(QString::fromUtf8(feld)));
-    }
     verbinden();
+    definitionenVerbinden();
     qApp->installEventFilter(this);
     Form_Load();
 }
@@ -126,6 +95,18 @@ void frmKontenStamm::verbinden()
     connect(u.KKData, &platform::DataControl::Validate, this, &F::KKData_Validate);
     connect(u.KKData, &platform::DataControl::Error, this, &F::KKData_Error);
     connect(u.TabStrip1, &QTabBar::currentChanged, this, &F::TabStrip1_Click);
+    connect(u.BkPosChkData, &platform::DataControl::Error, this, &F::positionsFehler);
+    connect(u.BkPosData, &platform::DataControl::Error, this, &F::positionsFehler);
+    // A sibling call gives the focus back to the combo the user was in.
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *jetzt) {
+        if (!jetzt || jetzt->window() != this)
+            return;
+        if (auto *kombi = qobject_cast<QComboBox *>(jetzt))
+            m_letzteKombi = kombi;
+        else if (!qobject_cast<QPushButton *>(jetzt)
+                 && !qobject_cast<QComboBox *>(jetzt->parentWidget()))
+            m_letzteKombi = nullptr;
+    });
 
     m_fokus->setGotFocus(u.inpKontoNr, [this] { inpKontoNr_GotFocus(); });
     m_fokus->setValidate(u.inpKontoNr, [this](bool &cancel) { inpKontoNr_Validate(cancel); });
@@ -153,9 +134,12 @@ void frmKontenStamm::Form_Load()
     frame::DatenSteuerungenVerbinden(this, false);
     u.lblBuchjahr->setText(QString::number(mks::Buchungsjahr));
 
-    // The code lists of the combos and the position lists are filled here by their units.
+    kombisFuellen();
+    BkPOS2DataSelect();
+    BkBlockPosSelect();
 
     if (u.TabStrip1->count() == 0) {
+        const QSignalBlocker still(u.TabStrip1);
         for (const QString &text : texte::Registerseiten)
             u.TabStrip1->addTab(text);
     }
@@ -257,21 +241,20 @@ void frmKontenStamm::anzeigen()
     u.lblKontoBezeichnung->setText(rs.feld(QStringLiteral("KontoBezeichnung")).toString());
     u.inpKontoNr->setText(texte::rtrim(rs.feld(QStringLiteral("KontoNr")).toString()));
 
-    // Each combo shows the entry of its stored code; the code-list units refine this with
-    // their own display rules.
-    for (const auto &[kombi, feld] : m_kombis) {
-        if (!kombi || !feld)
-            continue;
-        const QString code = feld->text().trimmed();
-        int index = -1;
-        for (int i = 0; i < kombi->count() && !code.isEmpty(); ++i) {
-            if (kombi->itemData(i).toString().trimmed() == code) {
-                index = i;
-                break;
-            }
-        }
-        kombi->setCurrentIndex(index);
-    }
+    Texteinsetzen(u.cmbKontoTypus);
+    Texteinsetzen(u.cmbKontoZusatzdatenJN);
+    referenzNamenZeigen();
+    Texteinsetzen(u.cmbKontoUstProz);
+    Texteinsetzen(u.cmbKontoVoranmPos);
+    cmbAbrPos2_Texteinsetzen();
+    for (QComboBox *kombi :
+         {u.cmbKostenArt, u.cmbBkENAbrDef, u.cmbBkEinnAusgPos, u.cmbEstgPflichtig, u.cmbBkBlockPos,
+          u.cmbBkAbrUstProz, u.cmbBkAbrVerdichtKz, u.cmbHeEinnAusgPos, u.cmbHeAbrVerdichtKz,
+          u.cmbBeiblPos, u.cmbBeiblVerdichtKz, u.cmbKontoAbschlArt, u.cmbKontoPVAKz,
+          u.cmbKontoHmzResPos, u.cmbKontoHmzResVerdichtKz})
+        Texteinsetzen(kombi);
+    Zl7BilanzPosSelect();
+    BilanzPosSelect();
     bool ok = false;
     const qlonglong pva = rs.feld(QStringLiteral("KontoPVAZusatz")).toLongLong(&ok);
     u.chckPVAZusatz->setChecked(ok && pva != 0);
@@ -293,38 +276,6 @@ void frmKontenStamm::KKData_Error(int DataErr, int &Response)
     // 0 and then 1: the data control shows its own standard message as well.
     Response = 0;
     Response = 1;
-}
-
-// ---------------------------------------------------------------------------------------------
-// Register pages
-
-int frmKontenStamm::seite() const
-{
-    return m_ui->TabStrip1->currentIndex() + 1;
-}
-
-void frmKontenStamm::seiteZeigen(int seite)
-{
-    if (seite < 1 || seite > 7)
-        return;
-    auto &u = *m_ui;
-    if (u.TabStrip1->currentIndex() != seite - 1) {
-        u.TabStrip1->setCurrentIndex(seite - 1); // TabStrip1_Click shows the page
-        return;
-    }
-    QWidget *rahmen[]
-        = {u.frame1_0, u.frame1_1, u.frame1_2, u.frame1_3, u.frame1_4, u.frame1_5, u.frame1_6};
-    for (int i = 0; i < 7; ++i)
-        rahmen[i]->setVisible(i == seite - 1);
-    rahmen[seite - 1]->raise();
-    u.fraBkUstSchl->setVisible(seite == 2 || seite == 3);
-}
-
-void frmKontenStamm::TabStrip1_Click()
-{
-    const int index = m_ui->TabStrip1->currentIndex();
-    if (index >= 0)
-        seiteZeigen(index + 1);
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -2,10 +2,17 @@
 
 #include <QDialog>
 #include <QString>
+#include <QVariant>
+#include <QVariantList>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
+namespace kontenregeln {
+struct KontoDefinition;
+}
 namespace Ui {
 class frmKontenStamm;
 }
@@ -60,11 +67,47 @@ public:
     void AslSelect();
     void Schl0Anlegen();
 
-    // --- the save gate (Speichern.cpp) ---
-    // The record checks of the current account; result in the check-failed flag. While they
-    // fail, the record cannot be left and the screen cannot be closed.
+    // --- the save gate (Speichern.cpp) and the record checks (Pruefungen.cpp) ---
+    // The record checks of the current account for the register page shown; result in the
+    // check-failed flag. While they fail, the record cannot be left, the page not changed and
+    // the screen not closed.
     void Fehlerprüfungen_0();
     void KontoBezeichnungPrüfen();
+    void UstKontoQuerPrüfen();
+    void Zl7PositionPrüfen();
+    void KontoZusatzDatenJNPrüfen();
+    // Looks up `nummer` among the year's accounts without moving KKData; returns the text for
+    // the name label and sets the check-failed flag (with a message naming `feldname`) when the
+    // number is not there. "0000" and "" are no reference.
+    QString KontoNrCheck(const QString &nummer, const QString &feldname);
+    // The type guard for a change from `alterTyp` to the type in inpKontoTypus.
+    void KontoTypusPrüfen(int alterTyp);
+    // Selects the balance rows of the current account into SSData.
+    void SsCheckSelect();
+
+    // --- code lists and combos (Definitionen.cpp) ---
+    // Shows the stored value of the combo's hidden field as the combo's item.
+    void Texteinsetzen(QComboBox *kombi);
+    // A choice in a definition combo: stores the item's value in its hidden field.
+    void Kombi_Click(QComboBox *kombi);
+
+    // --- position masters (Positionen.cpp) ---
+    void BilanzPosSelect();
+    void Zl7BilanzPosSelect();
+    void BkPOS2DataSelect();
+    void BkBlockPosSelect();
+    void cmbAbrPos2_Texteinsetzen();
+    void cmbBkBlockPos_Texteinsetzen();
+    // The settlement positions' table was missing when the list was filled.
+    bool abrPositionenFehlen() const { return m_abrPosFehlen; }
+
+    // --- sibling components (Geschwister.cpp) ---
+    // Calls `methode` of a new instance of component `progId` with the session's parameter
+    // array (slots 0, 11 and 39 set), then `ergebnis` (if given) for its result. Hourglass
+    // meanwhile; the focus goes back into the combo that had it. Null when nothing was chosen.
+    QVariant geschwisterAufruf(const QString &progId, const char *methode, const char *ergebnis,
+                               const QString &fehlerOrt);
+    void cmdKontoListe_Click();
     // The save hook handed every record about to be written; true refuses the save. Nothing
     // refuses a save at this place yet.
     static bool SpeichernVerweigert(platform::DataControl &daten, const QString &kontoNr,
@@ -98,8 +141,11 @@ public:
     void setAbschlussNotiz(const QString &notiz) { m_abschlussNotiz = notiz; }
 
     // Register page shown (1 to 7, as the checks count them).
-    int seite() const;
+    int seite() const { return m_seite; }
+    // Shows a page without the change guard (the checks use it to show a faulty field).
     void seiteZeigen(int seite);
+    // The change guard before the user leaves the page shown; true cancels the change.
+    void TabStrip1_BeforeClick(bool &Cancel);
 
     // Escape and the dialog's own reject go through closing, so the checks run.
     void reject() override;
@@ -117,7 +163,21 @@ private:
     void inpKontoBezeichnung_GotFocus();
     void inpKontoBezeichnung_LostFocus();
     void TabStrip1_Click();
+    void seiteEinrichten();
     void anzeigen();
+    void definitionenVerbinden();
+    void kombisFuellen();
+    void referenzFeld_Validate(QWidget *feld, bool &Cancel);
+    void flagFeld_Validate(QWidget *feld, bool &Cancel);
+    void kontoTypus_GotFocus();
+    void kontoTypus_LostFocus();
+    void chckPVAZusatz_Click();
+    // Errors of the settlement position controls (a missing table is said once).
+    void positionsFehler(int DataErr, int &Response);
+    // The labels beside the three reference fields, looked up for the record shown.
+    void referenzNamenZeigen();
+    // The stored definitions as the fields of the screen hold them now.
+    kontenregeln::KontoDefinition definitionAmSchirm() const;
 
     bool hatZeilen() const;
     bool aktuelleZeile() const;
@@ -139,7 +199,18 @@ private:
     bool m_fuellt = false;
     // Text of inpKontoNr when it received the focus.
     QString m_letzteNr;
+    // The number text the form rule rejected last ("" otherwise).
+    QString m_abgelehnteNr;
     QString m_abschlussNotiz;
-    // The definition combos in display order with their hidden code fields.
-    std::vector<std::pair<QComboBox *, QLineEdit *>> m_kombis;
+    // The text of the reference field that last received the focus; none after a list call.
+    std::optional<QString> m_erinnert;
+    // The combo that had the focus last: a sibling call puts the focus back there.
+    QComboBox *m_letzteKombi = nullptr;
+    // Type code when the type combo or its field got the focus.
+    int m_typBeimEintritt = 0;
+    // Register page shown (1 to 7).
+    int m_seite = 1;
+    // Set while the screen switches pages itself: no change guard then.
+    bool m_seiteIntern = false;
+    bool m_abrPosFehlen = false;
 };
