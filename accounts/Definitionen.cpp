@@ -335,11 +335,16 @@ void frmKontenStamm::seiteEinrichten()
     auto &u = *m_ui;
     QGroupBox *rahmen[]
         = {u.frame1_0, u.frame1_1, u.frame1_2, u.frame1_3, u.frame1_4, u.frame1_5, u.frame1_6};
-    for (int i = 0; i < 7; ++i) {
-        rahmen[i]->setVisible(i == m_seite - 1);
-        rahmen[i]->setEnabled(false);
-    }
     QGroupBox *eigener = rahmen[m_seite - 1];
+    // The other pages are hidden and locked; the page's own frame is never locked in between,
+    // so the field a check has just focused keeps the focus.
+    for (QGroupBox *r : rahmen) {
+        if (r == eigener)
+            continue;
+        r->setVisible(false);
+        r->setEnabled(false);
+    }
+    eigener->setVisible(true);
     eigener->raise();
     const bool ustSchl = m_seite == 2 || m_seite == 3;
     u.fraBkUstSchl->setVisible(ustSchl);

@@ -24,7 +24,7 @@ namespace regeln = kontenregeln;
 namespace {
 
 const QString SqlSalden = QStringLiteral("SELECT SSObjNr, SSBuNr FROM ObjKanzleiSalden "
-                                         "WHERE SSJJ = ? AND rtrim(SSKontoNr) = ?");
+                                         "WHERE SSJJ = ? AND rtrim(SSKontoNr) = ? ORDER BY SSId");
 
 // A stored code as a number; `ersatz` for an empty or unreadable field.
 int zahl(const QLineEdit *feld, int ersatz)

@@ -1,6 +1,7 @@
 // The account screen driven offscreen on both engines: loading a year (also an empty one),
 // navigation and keys, reading by number, opening through frmNeu, allocation key 0 and the save
 // gate of KKData.
+#include "accounts/KontenstammTestBasis.h"
 #include "accounts/frmKontenStamm.h"
 #include "accounts/frmNeu.h"
 #include "common/TestDatenbank.h"
@@ -32,118 +33,17 @@ using namespace platform;
 using platform::storage::Database;
 namespace mks = mdlKontenStamm;
 
-// Stands in for the suite's error dialog: remembers number and place of every report.
-class FehlerDialogAttrappe : public QObject
-{
-    Q_OBJECT
-public:
-    static inline QStringList s_berichte; // "number|place"
-    Q_INVOKABLE void Uebergeben(int nr, const QString &, const QString &, const QString &,
-                                const QString &, const QString &ort, const QString &,
-                                const QString &, bool)
-    {
-        s_berichte.append(QString::number(nr) + u'|' + ort);
-    }
-    Q_INVOKABLE void Anzeigen() { }
-    Q_INVOKABLE qint16 Ergebnis() const { return 1; }
-};
-
-// The account list, closed without a choice.
-class ListeAttrappe : public QObject
-{
-    Q_OBJECT
-public:
-    static inline int s_aufrufe = 0;
-    Q_INVOKABLE void KontenListe(const QVariant &) { ++s_aufrufe; }
-    Q_INVOKABLE QVariant AuswahlNr() const { return {}; }
-};
-
 namespace {
 const QString Jahr = QStringLiteral("2003");
 const QString NichtExistentTitel = QStringLiteral("KontoStammsatz nicht existent");
 const QString BezeichnungLeer = QStringLiteral("KontoBezeichnung darf nicht leer gelassen werden");
 } // namespace
 
-class TestKontenstammLebenszyklus : public QObject
+class TestKontenstammLebenszyklus : public KontenstammTestBasis
 {
     Q_OBJECT
 
 private:
-    QString m_ort;
-    std::shared_ptr<Database> m_db;
-    std::unique_ptr<MsgBoxProtokoll> m_boxen;
-    std::unique_ptr<frmKontenStamm> m_form;
-    std::unique_ptr<KomponentenRegistrierung> m_fehlerDialog;
-
-    template<class T = QWidget> T *c(const char *name)
-    {
-        auto *w = m_form->findChild<T *>(QString::fromUtf8(name));
-        if (!w)
-            qFatal("Steuerelement %s fehlt", name);
-        return w;
-    }
-    QLineEdit *nrFeld() { return c<QLineEdit>("inpKontoNr"); }
-    DataControl *kk() { return c<DataControl>("KKData"); }
-    QString aktuell() { return kk()->rs().feld("KontoNr").toString(); }
-
-    void konto(const QString &nr, const QString &name, int jahr = 2003)
-    {
-        m_db->execute("INSERT INTO ObjKanzleiKontenstamm (KontoNr, KontoJJ, KontoBezeichnung) "
-                      "VALUES (?, ?, ?)",
-                      {nr, jahr, name});
-    }
-    QVariant gespeichert(const QString &nr, const QString &feld, int jahr = 2003)
-    {
-        return m_db->scalar("SELECT " + feld
-                                + " FROM ObjKanzleiKontenstamm WHERE KontoNr = ? AND KontoJJ = ?",
-                            {nr, jahr});
-    }
-    qlonglong konten(int jahr = 2003)
-    {
-        return m_db->scalar("SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoJJ = ?", {jahr})
-            .toLongLong();
-    }
-    void standardKonten()
-    {
-        konto("1000", "Kassa");
-        konto("1200", "Bank");
-        konto("2000", "Lieferanten");
-        konto("5000", "Anderes Jahr", 2002);
-    }
-
-    void oeffnen()
-    {
-        m_form = std::make_unique<frmKontenStamm>();
-        m_form->show();
-        QApplication::setActiveWindow(m_form.get());
-        QVERIFY(QTest::qWaitForWindowActive(m_form.get()));
-    }
-    void fokusAuf(QWidget *w)
-    {
-        w->setFocus(Qt::OtherFocusReason);
-        QTRY_COMPARE(QApplication::focusWidget(), w);
-    }
-    void taste(Qt::Key key)
-    {
-        QWidget *f = QApplication::focusWidget();
-        QVERIFY(f);
-        QTest::keyClick(f, key);
-    }
-    // Types `text` into the number field (replacing it) and presses Enter.
-    void nummerLesen(const QString &text)
-    {
-        fokusAuf(nrFeld());
-        nrFeld()->setText(text);
-        QTest::keyClick(nrFeld(), Qt::Key_Return);
-    }
-    QStringList titel()
-    {
-        QStringList t;
-        for (const auto &e : m_boxen->eintraege())
-            t << e.titel;
-        return t;
-    }
-
     // Runs `schritt` on the number dialog once it is shown modally; `gesehen` stays false when
     // it never appears.
     void imDialog(bool &gesehen, std::function<void(frmNeu &)> schritt)
@@ -172,39 +72,8 @@ private:
     }
 
 private slots:
-    void init()
-    {
-        mks::zuruecksetzen();
-        FehlerDialogAttrappe::s_berichte.clear();
-        m_fehlerDialog = std::make_unique<KomponentenRegistrierung>(
-            "zelAllgError", [] { return std::make_unique<FehlerDialogAttrappe>(); });
-        mdlFehlerZL::alsFehlerberichtEinrichten();
-        m_ort = testhilfe::neueDatenbank();
-        m_db = Database::open(m_ort);
-        storage::schemaAnlegen(*m_db);
-        mks::DatenbankPfad = m_ort;
-        mks::Buchungsjahr = 2003;
-        mks::VerarbeitungsBuchungsjahr = 2003;
-        mks::AktuellesProgramm = "frmKontenStamm";
-        m_boxen = std::make_unique<MsgBoxProtokoll>();
-        // OK boxes need no script; every question must be answered by the test.
-        m_boxen->setAntwortFunktion(
-            [](const MsgBoxEintrag &e) { return (e.buttons & 7) == vbOKOnly ? vbOK : 0; });
-    }
-
-    void cleanup()
-    {
-        m_form.reset();
-        m_db.reset();
-        const QStringList warnungen = m_boxen->warnungen();
-        const qsizetype offen = m_boxen->offeneAntworten();
-        m_boxen.reset();
-        m_fehlerDialog.reset();
-        QVERIFY2(warnungen.isEmpty(), qPrintable(warnungen.join('\n')));
-        QCOMPARE(offen, 0);
-        QVERIFY2(FehlerDialogAttrappe::s_berichte.isEmpty() || QTest::currentTestFailed(),
-                 qPrintable(FehlerDialogAttrappe::s_berichte.join('\n')));
-    }
+    void init() { basisInit(); }
+    void cleanup() { basisCleanup(); }
 
     // --- loading ---
 
@@ -364,6 +233,7 @@ private slots:
         KomponentenRegistrierung attrappe(QStringLiteral("zelDiverseListen"),
                                           [] { return std::make_unique<ListeAttrappe>(); });
         ListeAttrappe::s_aufrufe = 0;
+        ListeAttrappe::s_auswahl = QVariant();
         fokusAuf(c("inpKontoBezeichnung"));
         taste(Qt::Key_F2);
         QCOMPARE(ListeAttrappe::s_aufrufe, 0);
