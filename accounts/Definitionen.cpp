@@ -214,7 +214,17 @@ void frmKontenStamm::definitionenVerbinden()
         m_fokus->setValidate(feld, [this, feld](bool &cancel) { flagFeld_Validate(feld, cancel); });
     }
     connect(u.chckPVAZusatz, &QCheckBox::clicked, this, [this] { chckPVAZusatz_Click(); });
-    connect(u.cmdKontoListe, &QPushButton::clicked, this, [this] { cmdKontoListe_Click(); });
+    using F = frmKontenStamm;
+    connect(u.cmdKontoListe, &QPushButton::clicked, this, &F::cmdKontoListe_Click);
+    connect(u.cmdKontoLöschen, &QPushButton::clicked, this, &F::cmdKontoLöschen_Click);
+    connect(u.cmdBilPosAuswahl, &QPushButton::clicked, this, &F::cmdBilPosAuswahl_Click);
+    connect(u.cmdZl7BilPosAuswahl, &QPushButton::clicked, this, &F::cmdZl7BilPosAuswahl_Click);
+    connect(u.cmdBilPosStamm, &QPushButton::clicked, this, &F::cmdBilPosStamm_Click);
+    connect(u.cmdZl7BilPosStamm, &QPushButton::clicked, this, &F::cmdZl7BilPosStamm_Click);
+    connect(u.cmdÖNORMPosStammAufruf, &QPushButton::clicked, this,
+            &F::cmdÖNORMPosStammAufruf_Click);
+    connect(u.cmdAbrPosStammAufruf, &QPushButton::clicked, this, &F::cmdAbrPosStammAufruf_Click);
+    connect(u.cmdBilPosloeschen, &QPushButton::clicked, this, &F::cmdBilPosloeschen_Click);
 }
 
 void frmKontenStamm::flagFeld_Validate(QWidget *w, bool &Cancel)

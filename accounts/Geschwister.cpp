@@ -4,6 +4,7 @@
 #include "accounts/regeln/Kontonummern.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/core/CreateObject.h"
+#include "platform/ui/DataControl.h"
 #include "platform/ui/Fehlerfalle.h"
 #include "platform/ui/Fokus.h"
 #include "platform/ui/Sanduhr.h"
@@ -22,6 +23,10 @@ namespace regeln = kontenregeln;
 namespace {
 const QString Aufrufer = QStringLiteral("zelKontenStamm");
 const QString ListenProgId = QStringLiteral("zelDiverseListen");
+const QString PositionenProgId = QStringLiteral("zelAbrPosStamm");
+
+const char *const BilanzFelder[] = {"KontoBilPosAktPass", "KontoBilPosABC", "KontoBilPosRöm",
+                                    "KontoBilPosArab", "KontoBilPosABCklein"};
 } // namespace
 
 QVariant frmKontenStamm::geschwisterAufruf(const QString &progId, const char *methode,
@@ -44,7 +49,7 @@ QVariant frmKontenStamm::geschwisterAufruf(const QString &progId, const char *me
         if (ergebnis)
             gewaehlt = platform::aufrufen(komponente.get(), ergebnis);
     });
-    if (m_letzteKombi && m_fokus->ActiveControl() == m_letzteKombi)
+    if (m_letzteKombi)
         m_letzteKombi->setFocus();
     m_erinnert.reset();
     return gewaehlt;
@@ -82,4 +87,120 @@ void frmKontenStamm::cmdKontoListe_Click()
             KontoDirektLesen();
     }
     u.inpKontoNr->setFocus();
+}
+
+// ---------------------------------------------------------------------------------------------
+// Position masters
+
+namespace {
+// The balance-sheet position written into the current record and saved at once: its side and
+// text parts are shown in labels, which never carry an edit of their own.
+void bilanzPositionSchreiben(platform::DataControl &kk, const QVariantList &teile)
+{
+    auto &rs = kk.rs();
+    rs.Edit();
+    try {
+        for (int i = 0; i < 5; ++i)
+            rs.setFeld(QString::fromUtf8(BilanzFelder[i]), teile.value(i));
+        rs.Update();
+    } catch (...) {
+        rs.CancelUpdate();
+        throw;
+    }
+}
+} // namespace
+
+void frmKontenStamm::cmdBilPosAuswahl_Click()
+{
+    const QVariant gewaehlt = geschwisterAufruf(PositionenProgId, "BilanzPosAuswahl", "Auswahl",
+                                                texte::OrtBilPosAuswahl);
+    const QVariantList teile = gewaehlt.toList();
+    if (teile.size() < 5 || mks::NurAnzeige || !aktuelleZeile())
+        return;
+    platform::Falle(texte::OrtBilPosAuswahl, [&] {
+        auto &u = *m_ui;
+        QVariantList werte {teile[0].toInt()};
+        for (int i = 1; i < 5; ++i)
+            werte << regeln::rtrim(teile[i].toString());
+        bilanzPositionSchreiben(*u.KKData, werte);
+        bilanzPositionZeigen();
+    });
+}
+
+void frmKontenStamm::cmdBilPosloeschen_Click()
+{
+    if (!aktuelleZeile())
+        return;
+    platform::Falle(texte::OrtBilPosLoeschen, [this] {
+        bilanzPositionSchreiben(*m_ui->KKData, {0, QString(), QString(), QString(), QString()});
+        bilanzPositionZeigen();
+    });
+}
+
+void frmKontenStamm::bilanzPositionZeigen()
+{
+    auto &u = *m_ui;
+    const auto &rs = *u.KKData->recordsetDirekt();
+    // The side's field keeps an edit of the user only if it differs from what was stored.
+    u.inpBilPosAktPass->setText(rs.feld(QStringLiteral("KontoBilPosAktPass")).toString());
+    u.lblBilPosABC->setText(rs.feld(QStringLiteral("KontoBilPosABC")).toString());
+    u.lblBilPosRöm->setText(rs.feld(QStringLiteral("KontoBilPosRöm")).toString());
+    u.lblBilPosArab->setText(rs.feld(QStringLiteral("KontoBilPosArab")).toString());
+    u.lblBilPosABCklein->setText(rs.feld(QStringLiteral("KontoBilPosABCklein")).toString());
+    BilanzPosSelect();
+}
+
+void frmKontenStamm::cmdZl7BilPosAuswahl_Click()
+{
+    const QVariant gewaehlt = geschwisterAufruf(PositionenProgId, "Zl7PosAuswahl", "Auswahl",
+                                                texte::OrtZl7BilPosAuswahl);
+    const QVariantList stufen = gewaehlt.toList();
+    if (stufen.size() < 3 || mks::NurAnzeige || !aktuelleZeile())
+        return;
+    auto &u = *m_ui;
+    // The levels are edits of the record like typed ones: saved with it, checked before.
+    u.inpBilZl7Pos1->setText(QString::number(stufen[0].toInt()));
+    u.inpBilZl7Pos2->setText(QString::number(stufen[1].toInt()));
+    u.inpBilZl7Pos3->setText(QString::number(stufen[2].toInt()));
+    Zl7BilanzPosSelect();
+}
+
+void frmKontenStamm::cmdBilPosStamm_Click()
+{
+    geschwisterAufruf(PositionenProgId, "BilanzPosStamm", nullptr, texte::OrtBilPosStamm);
+    if (!mks::NurAnzeige && aktuelleZeile())
+        BilanzPosSelect();
+}
+
+void frmKontenStamm::cmdZl7BilPosStamm_Click()
+{
+    geschwisterAufruf(PositionenProgId, "Zl7PosStamm", nullptr, texte::OrtZl7BilPosStamm);
+    if (!mks::NurAnzeige && aktuelleZeile())
+        Zl7BilanzPosSelect();
+}
+
+void frmKontenStamm::positionslistenNeu()
+{
+    if (mks::NurAnzeige)
+        return;
+    BkPOS2DataSelect();
+    BkBlockPosSelect();
+    if (!aktuelleZeile())
+        return;
+    m_fuellt = true;
+    const auto ende = qScopeGuard([this] { m_fuellt = false; });
+    cmbAbrPos2_Texteinsetzen();
+    cmbBkBlockPos_Texteinsetzen();
+}
+
+void frmKontenStamm::cmdÖNORMPosStammAufruf_Click()
+{
+    geschwisterAufruf(PositionenProgId, "AbrPosStamm", nullptr, texte::OrtOenormPosStamm);
+    positionslistenNeu();
+}
+
+void frmKontenStamm::cmdAbrPosStammAufruf_Click()
+{
+    geschwisterAufruf(PositionenProgId, "BkBlockStamm", nullptr, texte::OrtAbrPosStamm);
+    positionslistenNeu();
 }

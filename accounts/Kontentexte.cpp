@@ -76,4 +76,35 @@ QString rtrim(const QString &text)
     return text.left(n);
 }
 
+QString uebernahmeInfo()
+{
+    return QStringLiteral("Ein neuer, leerer Konten-Stammsatz wurde angelegt.") + Zeile + Zeile
+        + QStringLiteral("Sie können jetzt die Kontendaten von einem bereits vorhandenen ")
+        + QStringLiteral("Kontoenstamm automatisch übernehmen (Arbeitsersparnis).") + Zeile
+        + QStringLiteral("Um Kontendaten von einem bereits vorhandenen ")
+        + QStringLiteral("Kontenstamm zu übernehmen geben Sie die Konto-Nr des abgebenden Kontos "
+                         "ein und ")
+        + QStringLiteral("klicken Sie auf OK.") + Zeile + Zeile
+        + QStringLiteral("Sie können auch mit Konten-Auswahlhilfe eine Kontonummer aussuchen.");
+}
+
+QString uebernahmeNichtExistent(const QString &nr)
+{
+    return QStringLiteral("Ausgewählte Kontonummer ") + nr + QStringLiteral(" ist nicht existent.");
+}
+
+QString uebernahmeBeendet()
+{
+    return QStringLiteral("Übernahme der Kontendaten beendet.") + Zeile + Zeile;
+}
+
+QString nichtLoeschbar(const QString &nr, int jahr, int saldensaetze)
+{
+    return QStringLiteral("Kontenstammsatz mit der Konto-Nr: ") + nr
+        + QStringLiteral(" ist nicht löschbar, da im Buchungsjahr: ") + QString::number(jahr)
+        + QStringLiteral(" Saldensätze und Buchungen zu diesem Konto existieren.") + Zeile
+        + QStringLiteral("Zu dieser Konto-Nr wurden insgesamt ") + QString::number(saldensaetze)
+        + QStringLiteral(" SaldenSätze gefunden");
+}
+
 } // namespace kontentexte

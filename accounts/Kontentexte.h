@@ -57,6 +57,54 @@ inline const QString TitelProvisorisch
     = QStringLiteral("Kontrollieren und verändern Sie die provisorischen Feldinhalte");
 QString provisorischHinweis(const QString &abschlussNotiz);
 
+// --- copying definitions ---
+// The fields a new account takes over from its source, in the order they are copied. Year,
+// number and designation stay the new account's own.
+inline const QString UebernahmeFelder[] = {
+    QStringLiteral("KontoTypus"),
+    QStringLiteral("KontoAnmerkung1"),
+    QStringLiteral("KontoAnmerkung2"),
+    QStringLiteral("KontoUstProz"),
+    QStringLiteral("KontoUstKtoNr"),
+    QStringLiteral("KontoBkENAbrDef"),
+    QStringLiteral("KontoBkBlockPos"),
+    QStringLiteral("KontoBkEinnAusgPos"),
+    QStringLiteral("KontoBkAbrVerdichtKz"),
+    QStringLiteral("KontoAbrSchlPos"),
+    QStringLiteral("KontoVSTKuerz"),
+    QStringLiteral("KontoAbrUstProz"),
+    QStringLiteral("KontoBkEinnUstProz"),
+    QStringLiteral("KontoÖNORMAbrPos_I_II_III"),
+    QStringLiteral("KontoÖNORMAbrPos_ABC"),
+    QStringLiteral("KontoÖNORMAbrBlockPos"),
+    QStringLiteral("KontoÖNORMAbrKontenArt"),
+    QStringLiteral("KontoHeEinnAusgPos"),
+    QStringLiteral("KontoHeAbrVerdichtKz"),
+    QStringLiteral("KontoBeiblPos"),
+    QStringLiteral("KontoBeiblVerdichtKz"),
+    QStringLiteral("KontoHmzresPos"),
+    QStringLiteral("KontoHmzresVerdichtKz"),
+    QStringLiteral("KontoErhbeitrPos"),
+    QStringLiteral("KontoErhbeitrVerdichtKz"),
+    QStringLiteral("KontoVoranmPos"),
+    QStringLiteral("KontoStornoDatum"),
+    QStringLiteral("KontoZusatzdatenJN"),
+    QStringLiteral("KontoAbschlArt"),
+    QStringLiteral("KontoSbkGuvKontoNr"),
+    QStringLiteral("KontoEbkKontoNr"),
+};
+QString uebernahmeInfo();
+inline const QString TitelUebernahmeNichtExistent = QStringLiteral("Kontonummer nicht existent");
+QString uebernahmeNichtExistent(const QString &nr);
+QString uebernahmeBeendet();
+
+// --- deleting ---
+inline const QString VerrechnungskontoNichtLoeschbar
+    = QStringLiteral("Internes Verrechnungskonto kann nicht gelöscht werten.");
+inline const QString LoeschenFrage = QStringLiteral("Kontenstammsatz löschen ?");
+inline const QString TitelNichtLoeschbar = QStringLiteral("Löschung nicht möglich");
+QString nichtLoeschbar(const QString &nr, int jahr, int saldensaetze);
+
 // --- allocation key 0 ---
 inline const QString SchluesselKeineDefinition = QStringLiteral("keine Definition");
 
@@ -89,6 +137,23 @@ inline const QString OrtAbrPos2Text = QStringLiteral("zelKontenstamm, in cmbAbrP
 inline const QString OrtBkBlockPosText
     = QStringLiteral("zelKontenStamm, in cmbBkBlockPos_Texteinsetzen");
 inline const QString OrtKontoListe = QStringLiteral("zelKontenStamm, in cmdKontoListe_Click");
+inline const QString OrtKoBeginnListe
+    = QStringLiteral("zelKontenstamm, frmKoBeginn, in cmdKontoListe_Click");
+inline const QString OrtUebernehmen
+    = QStringLiteral("zelKontenStamm, in KontendatenÜbernehmenCheck");
+inline const QString OrtLoeschen = QStringLiteral("zelKontenStamm, in cmdKontoLöschen_Click");
+inline const QString OrtBilPosAuswahl = QStringLiteral("zelKontenStamm, in cmdBilPosAuswahl_Click");
+inline const QString OrtZl7BilPosAuswahl
+    = QStringLiteral("zelKontenStamm, in cmdZl7BilPosAuswahl_Click");
+inline const QString OrtBilPosStamm = QStringLiteral("zelKontenStamm, in cmdBilPosStamm_Click");
+inline const QString OrtZl7BilPosStamm
+    = QStringLiteral("zelKontenStamm, in cmdZl7BilPosStamm_Click");
+inline const QString OrtOenormPosStamm
+    = QStringLiteral("zelKontenStamm, in cmdÖNORMPosStammAufruf_Click");
+inline const QString OrtAbrPosStamm
+    = QStringLiteral("zelKontenStamm, in cmdAbrPosStammAufruf_Click");
+inline const QString OrtBilPosLoeschen
+    = QStringLiteral("zelKontenStamm, in cmdBilPosloeschen_Click");
 
 // Trailing blanks removed; account numbers are stored and compared so.
 QString rtrim(const QString &text);

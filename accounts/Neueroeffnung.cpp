@@ -1,5 +1,6 @@
 // Opening a new account: the button, the number dialog, the confirmation and the new record.
 #include "accounts/Kontentexte.h"
+#include "accounts/frmKoBeginn.h"
 #include "accounts/frmKontenStamm.h"
 #include "accounts/frmNeu.h"
 #include "frame/mdlInitKK.h"
@@ -8,6 +9,7 @@
 #include "platform/ui/DataControl.h"
 #include "platform/ui/Fehlerfalle.h"
 #include "platform/ui/MsgBox.h"
+#include "platform/ui/Sanduhr.h"
 #include "ui_frmKontenStamm.h"
 
 #include <QLabel>
@@ -147,6 +149,29 @@ void frmKontenStamm::Neueröffnung()
 
 void frmKontenStamm::KontendatenÜbernehmenCheck()
 {
-    // The copy dialog is not part of this screen yet: nothing is copied, no closing note.
     m_abschlussNotiz.clear();
+    {
+        frmKoBeginn dialog(this);
+        dialog.exec();
+    }
+    if (mks::UebernahmeKontoNr.trimmed().isEmpty() || mks::UebernahmeAbgebrochen)
+        return;
+    platform::Falle(texte::OrtUebernehmen, [this] {
+        platform::Sanduhr sanduhr;
+        auto &rs = m_ui->KKData->rs();
+        auto &quelle = m_ui->KKChkData->rs();
+        rs.Edit();
+        try {
+            for (const QString &feld : texte::UebernahmeFelder)
+                rs.setFeld(feld, quelle.feld(feld));
+            rs.Update();
+        } catch (...) {
+            // A failed copy writes nothing: the new account keeps its initial values.
+            rs.CancelUpdate();
+            throw;
+        }
+        m_ui->KKData->UpdateControls();
+        anzeigen();
+        m_abschlussNotiz = texte::uebernahmeBeendet();
+    });
 }

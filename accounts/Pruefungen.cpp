@@ -258,11 +258,11 @@ void frmKontenStamm::referenzFeld_Validate(QWidget *w, bool &Cancel)
 // ---------------------------------------------------------------------------------------------
 // Account type
 
-void frmKontenStamm::SsCheckSelect()
+void frmKontenStamm::SsCheckSelect(const QString &nr)
 {
-    platform::Falle(texte::OrtSsCheckSelect, [this] {
+    platform::Falle(texte::OrtSsCheckSelect, [&] {
         auto &ss = *m_ui->SSData;
-        ss.setRecordSource(SqlSalden, {mks::Buchungsjahr, aktuelleNr()});
+        ss.setRecordSource(SqlSalden, {mks::Buchungsjahr, regeln::rtrim(nr)});
         ss.Refresh();
     });
 }
@@ -293,7 +293,7 @@ void frmKontenStamm::KontoTypusPrüfen(int alterTyp)
             typ = regeln::Kanzleikonto;
             u.inpKontoTypus->setText(QString::number(typ));
         }
-        SsCheckSelect();
+        SsCheckSelect(aktuelleNr());
         const auto *rs = u.SSData->recordsetDirekt();
         const bool zeilen = rs && rs->RecordCount() > 0;
         const int buNr = zeilen ? u.SSData->rs().feld(QStringLiteral("SSBuNr")).toInt() : 0;

@@ -82,8 +82,11 @@ public:
     QString KontoNrCheck(const QString &nummer, const QString &feldname);
     // The type guard for a change from `alterTyp` to the type in inpKontoTypus.
     void KontoTypusPrüfen(int alterTyp);
-    // Selects the balance rows of the current account into SSData.
-    void SsCheckSelect();
+    // Selects the year's balance rows of account `nr` into SSData.
+    void SsCheckSelect(const QString &nr);
+
+    // --- deleting (Loeschen.cpp) ---
+    void cmdKontoLöschen_Click();
 
     // --- code lists and combos (Definitionen.cpp) ---
     // Shows the stored value of the combo's hidden field as the combo's item.
@@ -108,6 +111,13 @@ public:
     QVariant geschwisterAufruf(const QString &progId, const char *methode, const char *ergebnis,
                                const QString &fehlerOrt);
     void cmdKontoListe_Click();
+    void cmdBilPosAuswahl_Click();
+    void cmdZl7BilPosAuswahl_Click();
+    void cmdBilPosStamm_Click();
+    void cmdZl7BilPosStamm_Click();
+    void cmdÖNORMPosStammAufruf_Click();
+    void cmdAbrPosStammAufruf_Click();
+    void cmdBilPosloeschen_Click();
     // The save hook handed every record about to be written; true refuses the save. Nothing
     // refuses a save at this place yet.
     static bool SpeichernVerweigert(platform::DataControl &daten, const QString &kontoNr,
@@ -140,6 +150,9 @@ public:
     QString abschlussNotiz() const { return m_abschlussNotiz; }
     void setAbschlussNotiz(const QString &notiz) { m_abschlussNotiz = notiz; }
 
+    // Shows the current record in every field, label and combo.
+    void anzeigen();
+
     // Register page shown (1 to 7, as the checks count them).
     int seite() const { return m_seite; }
     // Shows a page without the change guard (the checks use it to show a faulty field).
@@ -164,7 +177,6 @@ private:
     void inpKontoBezeichnung_LostFocus();
     void TabStrip1_Click();
     void seiteEinrichten();
-    void anzeigen();
     void definitionenVerbinden();
     void kombisFuellen();
     void referenzFeld_Validate(QWidget *feld, bool &Cancel);
@@ -174,6 +186,10 @@ private:
     void chckPVAZusatz_Click();
     // Errors of the settlement position controls (a missing table is said once).
     void positionsFehler(int DataErr, int &Response);
+    // The balance-sheet position of the record as stored, and its text.
+    void bilanzPositionZeigen();
+    // The settlement positions and blocks after their masters were maintained.
+    void positionslistenNeu();
     // The labels beside the three reference fields, looked up for the record shown.
     void referenzNamenZeigen();
     // The stored definitions as the fields of the screen hold them now.

@@ -3,6 +3,7 @@
 // The account screen under test: a fresh database per test on the engine of the run, a message
 // box recorder answering OK boxes, a stand-in for the suite's error dialog, and helpers to type,
 // press keys and read what was stored.
+#include "accounts/frmKoBeginn.h"
 #include "accounts/frmKontenStamm.h"
 #include "common/TestDatenbank.h"
 #include "frame/mdlFehlerZL.h"
@@ -16,6 +17,8 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QTest>
+#include <QTimer>
+#include <functional>
 #include <memory>
 
 // Stands in for the suite's error dialog: remembers number and place of every report.
@@ -63,6 +66,29 @@ protected:
     std::unique_ptr<platform::MsgBoxProtokoll> m_boxen;
     std::unique_ptr<frmKontenStamm> m_form;
     std::unique_ptr<platform::KomponentenRegistrierung> m_fehlerDialog;
+    // What the copy dialog meets when it is shown after an opening; closed without a choice
+    // unless a test sets its own step.
+    std::function<void(frmKoBeginn &)> m_kopierDialog;
+    int m_kopierDialoge = 0;
+
+    bool eventFilter(QObject *obj, QEvent *ev) override
+    {
+        if (ev->type() == QEvent::Show) {
+            if (auto *d = qobject_cast<frmKoBeginn *>(obj)) {
+                ++m_kopierDialoge;
+                QPointer<frmKoBeginn> dialog(d);
+                QTimer::singleShot(0, this, [this, dialog] {
+                    if (!dialog)
+                        return;
+                    if (m_kopierDialog)
+                        m_kopierDialog(*dialog);
+                    else
+                        dialog->reject();
+                });
+            }
+        }
+        return QObject::eventFilter(obj, ev);
+    }
 
     template<class T = QWidget> T *c(const char *name)
     {
@@ -135,6 +161,9 @@ protected:
 
     void basisInit()
     {
+        m_kopierDialog = {};
+        m_kopierDialoge = 0;
+        qApp->installEventFilter(this);
         mdlKontenStamm::zuruecksetzen();
         FehlerDialogAttrappe::s_berichte.clear();
         m_fehlerDialog = std::make_unique<platform::KomponentenRegistrierung>(
@@ -156,6 +185,7 @@ protected:
 
     void basisCleanup()
     {
+        qApp->removeEventFilter(this);
         m_form.reset();
         m_db.reset();
         const QStringList warnungen = m_boxen->warnungen();
