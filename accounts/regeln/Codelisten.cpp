@@ -11,6 +11,8 @@ namespace {
 const std::vector<Codeliste> Listen = {
     {QStringLiteral("cmbKontoTypus"),
      QStringLiteral("inpKontoTypus"),
+     QStringLiteral("KontoTypus"),
+     1,
      Abbildung::Einfach,
      QStringLiteral("ungültiger Wert in cmbKontoTypus.text"),
      {
@@ -20,6 +22,8 @@ const std::vector<Codeliste> Listen = {
      }},
     {QStringLiteral("cmbKontoZusatzdatenJN"),
      QStringLiteral("inpKontoZusatzDatenJN"),
+     QStringLiteral("KontoZusatzdatenJn"),
+     1,
      Abbildung::Einfach,
      QString(),
      {
@@ -28,6 +32,8 @@ const std::vector<Codeliste> Listen = {
      }},
     {QStringLiteral("cmbKostenArt"),
      QStringLiteral("inpKostenArt"),
+     QStringLiteral("KontoÖNORMAbrKontenArt"),
+     3,
      Abbildung::Einfach,
      QStringLiteral(" ungültiger Wert in cbmKostenArt.Text"),
      {
@@ -36,6 +42,8 @@ const std::vector<Codeliste> Listen = {
      }},
     {QStringLiteral("cmbKontoVoranmPos"),
      QStringLiteral("inpKontoVoranmPos"),
+     QStringLiteral("KontoVoranmPos"),
+     1,
      Abbildung::Voranmeldung,
      QString(),
      {
@@ -107,6 +115,8 @@ const std::vector<Codeliste> Listen = {
      }},
     {QStringLiteral("cmbBkENAbrDef"),
      QStringLiteral("inpBKENAbrDef"),
+     QStringLiteral("KontoBkENAbrDef"),
+     2,
      Abbildung::Einfach,
      QStringLiteral("ungültiger Wert in inpBkENAbrDef.Text"),
      {
@@ -116,6 +126,8 @@ const std::vector<Codeliste> Listen = {
      }},
     {QStringLiteral("cmbBkEinnAusgPos"),
      QStringLiteral("inpBkEinnAusgPos"),
+     QStringLiteral("KontoBkEinnAusgPos"),
+     2,
      Abbildung::Einfach,
      QStringLiteral("ungültiger Wert inpBkEinnAusgPos.Text"),
      {
@@ -127,6 +139,8 @@ const std::vector<Codeliste> Listen = {
      }},
     {QStringLiteral("cmbEstgPflichtig"),
      QStringLiteral("inpEstgPflichtig"),
+     QStringLiteral("KontoEstgpflichtig"),
+     2,
      Abbildung::Einfach,
      QStringLiteral("ungültiger Wert inpEstgPflichtig.Text"),
      {
@@ -135,6 +149,8 @@ const std::vector<Codeliste> Listen = {
      }},
     {QStringLiteral("cmbBkAbrVerdichtKz"),
      QStringLiteral("inpBkAbrVerdichtKz"),
+     QStringLiteral("KontoBkAbrVerdichtKz"),
+     2,
      Abbildung::Einfach,
      QStringLiteral("ungültiger Wert inpBkAbrVerdichtKz.Text"),
      {
@@ -147,6 +163,8 @@ const std::vector<Codeliste> Listen = {
      }},
     {QStringLiteral("cmbHeEinnAusgPos"),
      QStringLiteral("inpHeEinnAusgPos"),
+     QStringLiteral("KontoHeEinnAusgPos"),
+     4,
      Abbildung::Einfach,
      QStringLiteral("ungültiger Wert inpHeEinnAusgPos.Text"),
      {
@@ -156,6 +174,8 @@ const std::vector<Codeliste> Listen = {
      }},
     {QStringLiteral("cmbHeAbrVerdichtKz"),
      QStringLiteral("inpHeAbrVerdichtKz"),
+     QStringLiteral("KontoHeAbrVerdichtKz"),
+     4,
      Abbildung::Einfach,
      QStringLiteral("ungültiger Wert inpHeAbrVerdichtKz.Text"),
      {
@@ -168,6 +188,8 @@ const std::vector<Codeliste> Listen = {
      }},
     {QStringLiteral("cmbKontoHmzResPos"),
      QStringLiteral("inpKontoHmzResPos"),
+     QStringLiteral("KontoHmzResPos"),
+     6,
      Abbildung::Einfach,
      QString(),
      {
@@ -182,6 +204,8 @@ const std::vector<Codeliste> Listen = {
      }},
     {QStringLiteral("cmbKontoHmzResVerdichtKz"),
      QStringLiteral("inpKontoHmzResVerdichtKz"),
+     QStringLiteral("KontoHmzResVerdichtKz"),
+     6,
      Abbildung::Einfach,
      QString(),
      {
@@ -191,6 +215,8 @@ const std::vector<Codeliste> Listen = {
      }},
     {QStringLiteral("cmbKontoUstProz"),
      QStringLiteral("inpKontoUstProz"),
+     QStringLiteral("KontoUstProz"),
+     1,
      Abbildung::UstProz,
      QStringLiteral("ungültiger Wert inpKontoUstproz.Text"),
      {
@@ -206,6 +232,8 @@ const std::vector<Codeliste> Listen = {
      }},
     {QStringLiteral("cmbBkAbrUstProz"),
      QStringLiteral("inpAbrUstProz"),
+     QStringLiteral("KontoAbrUstProz"),
+     2,
      Abbildung::BkAbrUstProz,
      QStringLiteral("ungültiger Wert inpAbrUstproz.Text"),
      {
@@ -225,6 +253,8 @@ const std::vector<Codeliste> Listen = {
      }},
     {QStringLiteral("cmbBeiblPos"),
      QStringLiteral("inpBeiblPos"),
+     QStringLiteral("KontoBeiblPos"),
+     5,
      Abbildung::Einfach,
      QStringLiteral("ungültiger Wert inpBeiblPos.Text"),
      {
@@ -245,6 +275,8 @@ const std::vector<Codeliste> Listen = {
      }},
     {QStringLiteral("cmbBeiblVerdichtKz"),
      QStringLiteral("inpBeiblVerdichtKz"),
+     QStringLiteral("KontoBeiblVerdichtKz"),
+     5,
      Abbildung::Einfach,
      QStringLiteral("ungültiger Wert inpBeiblVerdichtKz.Text"),
      {
@@ -254,6 +286,8 @@ const std::vector<Codeliste> Listen = {
      }},
     {QStringLiteral("cmbKontoAbschlArt"),
      QStringLiteral("inpKontoAbschlArt"),
+     QStringLiteral("KontoAbschlArt"),
+     7,
      Abbildung::Einfach,
      QString(),
      {
@@ -266,6 +300,8 @@ const std::vector<Codeliste> Listen = {
      }},
     {QStringLiteral("cmbKontoPVAKz"),
      QStringLiteral("inpKontoPVAKz"),
+     QStringLiteral("KontoPVAKz"),
+     7,
      Abbildung::Einfach,
      QString(),
      {

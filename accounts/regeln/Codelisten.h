@@ -32,6 +32,8 @@ struct Codeliste
 {
     QString kombi; // the combo that shows the list
     QString feld; // the hidden field that holds the stored value
+    QString spalte; // the column of the account record
+    int seite = 1; // the register page that shows the combo
     Abbildung abbildung = Abbildung::Einfach;
     // Shown when a stored value lies beyond the list; empty: the list has no message of its own.
     QString ungueltigText;

@@ -107,6 +107,19 @@ private slots:
             QVERIFY2(k, qPrintable(l.kombi));
             QCOMPARE(k->count(), int(l.eintraege.size()));
             QCOMPARE(k->itemText(k->count() - 1), l.eintraege.back().text);
+            // The list knows the column and the page its combo stands for (the year tools
+            // report them).
+            auto *feld = m_form->findChild<QLineEdit *>(l.feld);
+            QVERIFY2(feld, qPrintable(l.feld));
+            QCOMPARE(feld->property("DataField").toString().toLower(), l.spalte.toLower());
+            int seite = 0;
+            for (QWidget *p = k; p && !seite; p = p->parentWidget()) {
+                if (p->objectName().startsWith("frame1_"))
+                    seite = p->objectName().back().digitValue() + 1;
+                else if (p->objectName() == u"fraBkUstSchl")
+                    seite = 2;
+            }
+            QCOMPARE(seite, l.seite);
         }
     }
 
