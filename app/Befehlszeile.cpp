@@ -2,6 +2,8 @@
 
 #include "frame/mdlKontenStamm.h"
 
+#include <QHash>
+
 namespace {
 
 std::optional<int> jahrLesen(const QString &text)
@@ -31,12 +33,74 @@ QString befehlszeilenHilfe()
         "  --kreditoren             den Kreditoren-Kontenstamm öffnen\n"
         "  --init ORT               eine neue, leere Buchhaltungsdatenbank anlegen\n"
         "  --demo ORT               eine neue Demo-Datenbank anlegen\n"
-        "  --help                   diese Hilfe\n");
+        "  --help                   diese Hilfe\n"
+        "\n"
+        "Jahreswerkzeuge (ohne Bildschirm, mit --datenbank wie oben):\n"
+        "  kontenstamm jahreswechsel VON NACH [--vorschau]\n"
+        "      übernimmt alle Konten des Buchungsjahres VON, die im Jahr NACH fehlen, mit allen\n"
+        "      Definitionen und nennt die Konten beider Jahre mit abweichenden Definitionen;\n"
+        "      --vorschau zeigt nur, was geschehen würde\n"
+        "  kontenstamm pruefen JAHR\n"
+        "      prüft die Definitionen aller Konten des Jahres (Rückgabewert 1 bei Fehlern)\n"
+        "  kontenstamm export JAHR DATEI.csv\n"
+        "      schreibt die Konten des Jahres als CSV (UTF-8, Strichpunkt, Kopfzeile)\n"
+        "  kontenstamm import JAHR DATEI.csv [--probelauf]\n"
+        "      prüft jede Zeile und fügt die Konten in das Jahr ein, nur wenn keine fehlerhaft\n"
+        "      ist; --probelauf prüft nur\n");
 }
+
+namespace {
+
+// The positional arguments of a year tool: the year(s), then the file where one is needed.
+bool werkzeugLesen(Aufruf &aufruf, const QStringList &positionen, QString &fehler)
+{
+    const QString befehl = positionen.front();
+    const int erwartet = aufruf.art == Aufruf::Art::Pruefen ? 2 : 3;
+    if (positionen.size() != erwartet) {
+        fehler = QStringLiteral("\"%1\" erwartet %2 Angabe(n); mit --help werden die Aufrufe "
+                                "angezeigt.")
+                     .arg(befehl)
+                     .arg(erwartet - 1);
+        return false;
+    }
+    const auto jahr = jahrLesen(positionen.at(1));
+    if (!jahr) {
+        fehler = QStringLiteral("Ungültiges Buchungsjahr: \"%1\" (erwartet: JJJJ).")
+                     .arg(positionen.at(1));
+        return false;
+    }
+    aufruf.jahr = jahr;
+    if (aufruf.art == Aufruf::Art::Jahreswechsel) {
+        aufruf.nachJahr = jahrLesen(positionen.at(2));
+        if (!aufruf.nachJahr) {
+            fehler = QStringLiteral("Ungültiges Buchungsjahr: \"%1\" (erwartet: JJJJ).")
+                         .arg(positionen.at(2));
+            return false;
+        }
+        if (*aufruf.nachJahr == *aufruf.jahr) {
+            fehler = QStringLiteral("Die beiden Buchungsjahre müssen verschieden sein.");
+            return false;
+        }
+    } else if (erwartet == 3) {
+        aufruf.datei = positionen.at(2);
+    }
+    return true;
+}
+
+} // namespace
 
 std::optional<Aufruf> befehlszeileLesen(const QStringList &argumente, QString &fehler)
 {
     Aufruf aufruf;
+    static const QHash<QString, Aufruf::Art> werkzeuge = {
+        {QStringLiteral("jahreswechsel"), Aufruf::Art::Jahreswechsel},
+        {QStringLiteral("pruefen"), Aufruf::Art::Pruefen},
+        {QStringLiteral("export"), Aufruf::Art::Export},
+        {QStringLiteral("import"), Aufruf::Art::Import},
+    };
+    QStringList positionen;
+    if (!argumente.isEmpty() && werkzeuge.contains(argumente.front()))
+        aufruf.art = werkzeuge.value(argumente.front());
     for (int i = 0; i < argumente.size(); ++i) {
         const QString &arg = argumente.at(i);
         auto wert = [&](QString &ziel) {
@@ -71,6 +135,21 @@ std::optional<Aufruf> befehlszeileLesen(const QStringList &argumente, QString &f
                 return std::nullopt;
         } else if (arg == QLatin1String("--kreditoren")) {
             aufruf.art = Aufruf::Art::Kreditoren;
+        } else if (arg == QLatin1String("--vorschau") || arg == QLatin1String("--probelauf")) {
+            const bool passt = (arg == QLatin1String("--vorschau"))
+                ? aufruf.art == Aufruf::Art::Jahreswechsel
+                : aufruf.art == Aufruf::Art::Import;
+            if (!passt) {
+                fehler
+                    = QStringLiteral("Die Option %1 gehört zu \"%2\".")
+                          .arg(arg,
+                               arg == QLatin1String("--vorschau") ? QStringLiteral("jahreswechsel")
+                                                                  : QStringLiteral("import"));
+                return std::nullopt;
+            }
+            aufruf.ohneSchreiben = true;
+        } else if (!arg.startsWith(QLatin1String("--")) && werkzeuge.contains(argumente.front())) {
+            positionen << arg;
         } else if (arg == QLatin1String("--init") || arg == QLatin1String("--demo")) {
             aufruf.art = arg == QLatin1String("--init") ? Aufruf::Art::Init : Aufruf::Art::Demo;
             if (!wert(aufruf.datenbank))
@@ -82,6 +161,8 @@ std::optional<Aufruf> befehlszeileLesen(const QStringList &argumente, QString &f
             return std::nullopt;
         }
     }
+    if (!positionen.isEmpty() && !werkzeugLesen(aufruf, positionen, fehler))
+        return std::nullopt;
     return aufruf;
 }
 

@@ -8,7 +8,17 @@
 // The host program's command line, turned into what the component needs.
 struct Aufruf
 {
-    enum class Art { Kontenstamm, Kreditoren, Init, Demo, Hilfe };
+    enum class Art {
+        Kontenstamm,
+        Kreditoren,
+        Init,
+        Demo,
+        Hilfe,
+        Jahreswechsel,
+        Pruefen,
+        Export,
+        Import
+    };
 
     Art art = Art::Kontenstamm;
     QString datenbank; // empty: the demo database in the user's data directory
@@ -16,6 +26,10 @@ struct Aufruf
     std::optional<int> verarbeitungsjahr;
     bool nurAnzeige = false;
     QString hilfedatei;
+    // The year tools: target year of the year change, the CSV file, write nothing.
+    std::optional<int> nachJahr;
+    QString datei;
+    bool ohneSchreiben = false;
 };
 
 // Reads the arguments (without the program name). Returns the call, or sets `fehler` to a German

@@ -1,6 +1,7 @@
 // kontenstamm: the host program. Turns its command line into the call information and runs the
 // component, as the suite's programs do.
 #include "Befehlszeile.h"
+#include "Jahresbefehle.h"
 #include "component/zelKontenStamm.h"
 #include "frame/Demodaten.h"
 #include "platform/core/RuntimeError.h"
@@ -63,12 +64,38 @@ int letztesBuchungsjahr(Database &db)
 
 int main(int argc, char **argv)
 {
+    QStringList argumente;
+    for (int i = 1; i < argc; ++i)
+        argumente << QString::fromLocal8Bit(argv[i]);
+    QString fehler;
+    const auto aufruf = befehlszeileLesen(argumente, fehler);
+    const bool ohneBildschirm = aufruf
+        && (istJahreswerkzeug(*aufruf) || aufruf->art == Aufruf::Art::Init
+            || aufruf->art == Aufruf::Art::Demo);
+    if (ohneBildschirm) {
+        // Making a database and the year tools need no display.
+        QCoreApplication app(argc, argv);
+        app.setApplicationName(QStringLiteral("zepKontenStamm"));
+        app.setOrganizationName(QStringLiteral("zep"));
+        Aufruf a = *aufruf;
+        if (istJahreswerkzeug(a)) {
+            if (a.datenbank.isEmpty())
+                a.datenbank = demoPfad();
+            return jahresbefehlAusfuehren(a);
+        }
+        try {
+            auto db = neueDatenbank(a.datenbank, a.art == Aufruf::Art::Demo);
+            QTextStream(stdout) << frame::zusammenfassung(*db);
+        } catch (const RuntimeError &e) {
+            err() << "Fehler " << e.nummer() << ": " << e.beschreibung() << Qt::endl;
+            return 2;
+        }
+        return 0;
+    }
+
     platform::Anwendung app(argc, argv);
     app.setApplicationName(QStringLiteral("zepKontenStamm"));
     app.setOrganizationName(QStringLiteral("zep"));
-
-    QString fehler;
-    const auto aufruf = befehlszeileLesen(app.arguments().mid(1), fehler);
     if (!aufruf) {
         err() << fehler << Qt::endl;
         return 2;
@@ -82,11 +109,6 @@ int main(int argc, char **argv)
     if (a.hilfedatei.isEmpty())
         a.hilfedatei = mitgelieferteHilfe();
     try {
-        if (a.art == Aufruf::Art::Init || a.art == Aufruf::Art::Demo) {
-            auto db = neueDatenbank(a.datenbank, a.art == Aufruf::Art::Demo);
-            QTextStream(stdout) << frame::zusammenfassung(*db);
-            return 0;
-        }
         std::shared_ptr<Database> db;
         if (a.datenbank.isEmpty()) {
             a.datenbank = demoPfad();

@@ -1,0 +1,379 @@
+#include "jahr/KontenCsv.h"
+
+#include "accounts/regeln/Codelisten.h"
+#include "accounts/regeln/Kontonummern.h"
+#include "jahr/Jahrespruefung.h"
+#include "platform/core/RuntimeError.h"
+#include "platform/storage/Schema.h"
+
+#include <QDate>
+#include <QFile>
+#include <QHash>
+#include <QSaveFile>
+#include <QStringDecoder>
+
+namespace jahr {
+
+using platform::storage::Spalte;
+using platform::storage::Spaltentyp;
+
+namespace {
+
+const QString Tabelle = QStringLiteral("ObjKanzleiKontenstamm");
+
+// The columns of the file: the catalogue's, as far as the database has them, without the year.
+std::vector<const Spalte *> dateiSpalten(Database &db)
+{
+    const auto *t = platform::storage::tabelle(Tabelle);
+    QSet<QString> vorhanden;
+    for (const QString &s : db.columns(Tabelle))
+        vorhanden.insert(s.toLower());
+    std::vector<const Spalte *> spalten;
+    for (const Spalte &s : t->spalten) {
+        if (vorhanden.contains(s.name.toLower())
+            && s.name.compare(QLatin1String("KontoJJ"), Qt::CaseInsensitive) != 0)
+            spalten.push_back(&s);
+    }
+    return spalten;
+}
+
+QString alsText(const QVariant &v, Spaltentyp typ)
+{
+    if (v.isNull())
+        return {};
+    if (typ == Spaltentyp::Kommazahl)
+        return QString::number(v.toDouble(), 'g', 17);
+    if (typ == Spaltentyp::Datum && v.userType() == QMetaType::QDate)
+        return v.toDate().toString(Qt::ISODate);
+    return v.toString();
+}
+
+// The value of a file field for column `s`, or an error text.
+QVariant wertLesen(const QString &text, const Spalte &s, QString &fehler)
+{
+    if (text.isEmpty())
+        return s.typ == Spaltentyp::Text ? QVariant(QString()) : s.anfangswert;
+    bool ok = false;
+    switch (s.typ) {
+    case Spaltentyp::Text:
+        if (text.size() > s.laenge)
+            fehler = QStringLiteral("Text ist länger als %1 Zeichen").arg(s.laenge);
+        return text;
+    case Spaltentyp::Ganzzahl16:
+    case Spaltentyp::Ganzzahl32:
+    case Spaltentyp::JaNein: {
+        const qlonglong z = text.trimmed().toLongLong(&ok);
+        const qlonglong grenze = s.typ == Spaltentyp::Ganzzahl32 ? 2147483647LL : 32767;
+        if (!ok)
+            fehler = QStringLiteral("\"%1\" ist keine ganze Zahl").arg(text);
+        else if (z > grenze || z < -grenze - 1)
+            fehler = QStringLiteral("%1 liegt außerhalb des zulässigen Bereichs").arg(text);
+        else if (s.typ == Spaltentyp::JaNein && z != 0 && z != -1)
+            fehler = QStringLiteral("Ja/Nein-Feld muss -1 oder 0 sein, nicht %1").arg(text);
+        return z;
+    }
+    case Spaltentyp::Kommazahl: {
+        const double d = QString(text).replace(u',', u'.').trimmed().toDouble(&ok);
+        if (!ok)
+            fehler = QStringLiteral("\"%1\" ist keine Zahl").arg(text);
+        return d;
+    }
+    case Spaltentyp::Datum: {
+        const QDate d = QDate::fromString(text.trimmed(), Qt::ISODate);
+        if (!d.isValid())
+            fehler = QStringLiteral("\"%1\" ist kein Datum (JJJJ-MM-TT)").arg(text);
+        return text.trimmed();
+    }
+    }
+    return text;
+}
+
+// The column of the account record that a control of the screen shows.
+QString spalteVonFeld(const QString &feld)
+{
+    static const QHash<QString, QString> felder = {
+        {QStringLiteral("inpKontoNr"), QStringLiteral("KontoNr")},
+        {QStringLiteral("inpKontoBezeichnung"), QStringLiteral("KontoBezeichnung")},
+        {QStringLiteral("inpKontoUstKtoNr"), QStringLiteral("KontoUstKtoNr")},
+        {QStringLiteral("inpKontoSbkGuvKontoNr"), QStringLiteral("KontoSbkGuvKontoNr")},
+        {QStringLiteral("inpKontoEbkKontoNr"), QStringLiteral("KontoEbkKontoNr")},
+        {QStringLiteral("inpBilZl7Pos1"), QStringLiteral("KontoPos1")},
+        {QStringLiteral("inpBilPosAktPass"), QStringLiteral("KontoBilPosAktPass")},
+        {QStringLiteral("inpAbrSchlPos"), QStringLiteral("KontoAbrSchlPos")},
+        {QStringLiteral("cmbAbrPos2"), QStringLiteral("KontoÖNORMAbrPos_ABC")},
+        {QStringLiteral("cmbBkBlockPos"), QStringLiteral("KontoBkBlockPos")},
+    };
+    if (const auto *l = kontenregeln::codeliste(feld))
+        return l->spalte;
+    return felder.value(feld, feld);
+}
+
+} // namespace
+
+QString csvFeld(const QString &wert)
+{
+    if (!wert.contains(u';') && !wert.contains(u'"') && !wert.contains(u'\n')
+        && !wert.contains(u'\r'))
+        return wert;
+    return u'"' + QString(wert).replace(QStringLiteral("\""), QStringLiteral("\"\"")) + u'"';
+}
+
+bool csvLesen(const QString &text, std::vector<QStringList> &saetze, std::vector<int> &zeilen,
+              QString &fehler)
+{
+    QStringList satz;
+    QString feld;
+    bool inAnfuehrung = false;
+    bool satzBegonnen = false;
+    int zeile = 1;
+    int satzZeile = 1;
+    const auto satzEnde = [&] {
+        satz << feld;
+        feld.clear();
+        saetze.push_back(satz);
+        zeilen.push_back(satzZeile);
+        satz.clear();
+        satzBegonnen = false;
+    };
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text.at(i);
+        if (!satzBegonnen) {
+            satzBegonnen = true;
+            satzZeile = zeile;
+        }
+        if (inAnfuehrung) {
+            if (c == u'"') {
+                if (i + 1 < text.size() && text.at(i + 1) == u'"') {
+                    feld += u'"';
+                    ++i;
+                } else {
+                    inAnfuehrung = false;
+                }
+            } else {
+                if (c == u'\n')
+                    ++zeile;
+                feld += c;
+            }
+            continue;
+        }
+        if (c == u'"' && feld.isEmpty()) {
+            inAnfuehrung = true;
+        } else if (c == u';') {
+            satz << feld;
+            feld.clear();
+        } else if (c == u'\r' || c == u'\n') {
+            if (c == u'\r' && i + 1 < text.size() && text.at(i + 1) == u'\n')
+                ++i;
+            ++zeile;
+            // Empty lines carry no account.
+            if (satz.isEmpty() && feld.isEmpty())
+                satzBegonnen = false;
+            else
+                satzEnde();
+        } else {
+            feld += c;
+        }
+    }
+    if (inAnfuehrung) {
+        fehler
+            = QStringLiteral("Zeile %1: Anführungszeichen wird nicht geschlossen").arg(satzZeile);
+        return false;
+    }
+    if (satzBegonnen && (!satz.isEmpty() || !feld.isEmpty()))
+        satzEnde();
+    return true;
+}
+
+ExportErgebnis exportieren(Database &db, int jahr, const QString &datei,
+                           const Fortschritt &fortschritt)
+{
+    ExportErgebnis ergebnis;
+    const auto spalten = dateiSpalten(db);
+    const std::vector<Kontozeile> konten = kontenLaden(db, jahr);
+    QSaveFile f(datei);
+    if (!f.open(QIODevice::WriteOnly)) {
+        ergebnis.fehler = QStringLiteral("Die Datei %1 kann nicht geschrieben werden: %2")
+                              .arg(datei, f.errorString());
+        return ergebnis;
+    }
+    QStringList kopf;
+    for (const Spalte *s : spalten)
+        kopf << s->name;
+    f.write(kopf.join(u';').toUtf8() + "\r\n");
+    for (const Kontozeile &z : konten) {
+        QStringList felder;
+        for (const Spalte *s : spalten)
+            felder << csvFeld(alsText(z.wert(s->name), s->typ));
+        f.write(felder.join(u';').toUtf8() + "\r\n");
+        if (fortschritt && ++ergebnis.konten % 1000 == 0)
+            fortschritt(ergebnis.konten, qint64(konten.size()));
+    }
+    ergebnis.konten = qint64(konten.size());
+    // Written completely or not at all: the old file stays until the new one is whole.
+    if (!f.commit()) {
+        ergebnis.fehler = QStringLiteral("Die Datei %1 kann nicht geschrieben werden: %2")
+                              .arg(datei, f.errorString());
+    }
+    return ergebnis;
+}
+
+ImportErgebnis importieren(Database &db, int jahr, const QString &datei, bool probelauf,
+                           const Fortschritt &fortschritt)
+{
+    ImportErgebnis ergebnis;
+    auto fehler = [&](int zeile, const QString &feld, const QString &meldung) {
+        ergebnis.fehler.push_back({zeile, feld, meldung});
+    };
+    QFile f(datei);
+    if (!f.open(QIODevice::ReadOnly)) {
+        fehler(0, {},
+               QStringLiteral("Die Datei %1 kann nicht gelesen werden: %2")
+                   .arg(datei, f.errorString()));
+        return ergebnis;
+    }
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString text = utf8.decode(f.readAll());
+    if (utf8.hasError()) {
+        fehler(0, {}, QStringLiteral("Die Datei ist nicht in UTF-8 geschrieben."));
+        return ergebnis;
+    }
+    if (text.startsWith(QChar(0xFEFF)))
+        text.remove(0, 1);
+    std::vector<QStringList> saetze;
+    std::vector<int> zeilen;
+    QString lesefehler;
+    if (!csvLesen(text, saetze, zeilen, lesefehler)) {
+        fehler(0, {}, lesefehler);
+        return ergebnis;
+    }
+    if (saetze.empty()) {
+        fehler(1, {}, QStringLiteral("Die Datei ist leer: die Kopfzeile mit den Feldnamen fehlt."));
+        return ergebnis;
+    }
+
+    // The header: known columns, each once, KontoNr among them.
+    const auto spalten = dateiSpalten(db);
+    QHash<QString, const Spalte *> bekannt;
+    for (const Spalte *s : spalten)
+        bekannt.insert(s->name.toLower(), s);
+    std::vector<const Spalte *> kopf;
+    QSet<QString> gesehen;
+    for (const QString &name : saetze.front()) {
+        const Spalte *s = bekannt.value(name.trimmed().toLower());
+        if (!s) {
+            fehler(1, name, QStringLiteral("Unbekanntes Feld \"%1\"").arg(name));
+        } else if (gesehen.contains(s->name)) {
+            fehler(1, name, QStringLiteral("Feld \"%1\" steht zweimal in der Kopfzeile").arg(name));
+        }
+        if (s)
+            gesehen.insert(s->name);
+        kopf.push_back(s);
+    }
+    if (!gesehen.contains(QStringLiteral("KontoNr")))
+        fehler(1, QStringLiteral("KontoNr"),
+               QStringLiteral("Die Kopfzeile nennt kein Feld KontoNr"));
+    if (!ergebnis.fehler.empty())
+        return ergebnis;
+
+    // Each line: values by column (the initial values where the file has none).
+    const auto spaltenIndex = [&] {
+        QStringList namen {QStringLiteral("KontoJJ")};
+        for (const Spalte *s : spalten)
+            namen << s->name;
+        return std::make_shared<const Spalten>(namen);
+    }();
+    Stammdaten stamm = Stammdaten::laden(db);
+    QSet<QString> imJahr;
+    {
+        auto c = db.query(
+            QStringLiteral("SELECT KontoNr FROM ObjKanzleiKontenstamm WHERE KontoJJ = ?"), {jahr});
+        while (c->next())
+            imJahr.insert(kontenregeln::rtrim(c->wert(0).toString()));
+    }
+    stamm.konten = imJahr;
+    std::vector<Kontozeile> konten;
+    std::vector<int> kontoZeilen;
+    QHash<QString, int> nummern; // number -> line
+    for (size_t i = 1; i < saetze.size(); ++i) {
+        const QStringList &satz = saetze[i];
+        const int zeile = zeilen[i];
+        ++ergebnis.konten;
+        if (satz.size() != qsizetype(kopf.size())) {
+            fehler(zeile, {},
+                   QStringLiteral("%1 Felder statt %2").arg(satz.size()).arg(kopf.size()));
+            continue;
+        }
+        Kontozeile z {spaltenIndex, {}};
+        z.werte.append(jahr);
+        for (const Spalte *s : spalten)
+            z.werte.append(s->typ == Spaltentyp::Text && !s->anfangswert.isValid()
+                               ? QVariant(QString())
+                               : s->anfangswert);
+        bool zeileOk = true;
+        for (size_t k = 0; k < kopf.size(); ++k) {
+            QString f;
+            const QVariant v = wertLesen(satz.at(qsizetype(k)), *kopf[k], f);
+            if (!f.isEmpty()) {
+                fehler(zeile, kopf[k]->name, f);
+                zeileOk = false;
+            }
+            z.werte[spaltenIndex->index(kopf[k]->name)] = v;
+        }
+        const QString nr = z.kontoNr();
+        const auto form = kontenregeln::nummernform(nr);
+        if (form != kontenregeln::NummernFehler::Keiner) {
+            fehler(zeile, QStringLiteral("KontoNr"), kontenregeln::nummernformMeldung(form));
+            zeileOk = false;
+        } else if (nr.size() > 6
+                   || !std::all_of(nr.begin(), nr.end(), [](QChar c) { return c.isDigit(); })) {
+            fehler(zeile, QStringLiteral("KontoNr"),
+                   QStringLiteral("Kontonummer \"%1\" darf nur aus höchstens 6 Ziffern bestehen")
+                       .arg(nr));
+            zeileOk = false;
+        } else if (imJahr.contains(nr)) {
+            fehler(zeile, QStringLiteral("KontoNr"),
+                   QStringLiteral("Konto %1 ist im Buchungsjahr %2 bereits vorhanden")
+                       .arg(nr)
+                       .arg(jahr));
+            zeileOk = false;
+        } else if (nummern.contains(nr)) {
+            fehler(
+                zeile, QStringLiteral("KontoNr"),
+                QStringLiteral("Konto %1 steht schon in Zeile %2").arg(nr).arg(nummern.value(nr)));
+            zeileOk = false;
+        }
+        nummern.insert(nr, zeile);
+        if (!zeileOk)
+            continue;
+        stamm.konten.insert(nr);
+        konten.push_back(std::move(z));
+        kontoZeilen.push_back(zeile);
+    }
+
+    // The definitions, once every account of the file is known (references among them).
+    for (size_t i = 0; i < konten.size(); ++i) {
+        for (const Befund &b : kontoPruefen(konten[i], stamm, jahr))
+            fehler(kontoZeilen[i], spalteVonFeld(b.feld), b.meldung);
+        if (fortschritt && (i + 1) % 1000 == 0)
+            fortschritt(qint64(i + 1), qint64(konten.size()));
+    }
+    std::sort(ergebnis.fehler.begin(), ergebnis.fehler.end(),
+              [](const ImportFehler &a, const ImportFehler &b) { return a.zeile < b.zeile; });
+    if (!ergebnis.fehler.empty() || probelauf)
+        return ergebnis;
+
+    QStringList platzhalter;
+    for (qsizetype i = 0; i < spaltenIndex->namen().size(); ++i)
+        platzhalter << QStringLiteral("?");
+    const QString sql = QStringLiteral("INSERT INTO ObjKanzleiKontenstamm (%1) VALUES (%2)")
+                            .arg(spaltenIndex->namen().join(QStringLiteral(", ")),
+                                 platzhalter.join(QStringLiteral(", ")));
+    platform::storage::Transaktion t(db);
+    for (const Kontozeile &z : konten)
+        db.execute(sql, z.werte);
+    t.commit();
+    ergebnis.geschrieben = true;
+    return ergebnis;
+}
+
+} // namespace jahr

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "jahr/Kontenzeilen.h"
+
+#include <QString>
+#include <vector>
+
+// The accounts of a booking year as a CSV file: semicolon-separated UTF-8, a header with the
+// field names, one account per line. The year is not in the file; it is named by the call.
+namespace jahr {
+
+struct ExportErgebnis
+{
+    qint64 konten = 0;
+    QString fehler; // German, empty when all went well
+};
+
+ExportErgebnis exportieren(Database &db, int jahr, const QString &datei,
+                           const Fortschritt &fortschritt = {});
+
+struct ImportFehler
+{
+    int zeile = 0; // line of the file (1 = the header)
+    QString feld; // column of the file, empty for the whole line
+    QString meldung;
+};
+
+struct ImportErgebnis
+{
+    qint64 konten = 0; // data lines read
+    std::vector<ImportFehler> fehler;
+    bool geschrieben = false;
+};
+
+// Checks every line (number rules, value ranges and lengths, code lists, references to
+// accounts, positions and keys, the record checks of the screen); writes all accounts in one
+// transaction only when no line failed and `probelauf` is false.
+ImportErgebnis importieren(Database &db, int jahr, const QString &datei, bool probelauf,
+                           const Fortschritt &fortschritt = {});
+
+// Splits CSV text into records of fields (quotes as in RFC 4180, ';' between fields); the line
+// each record starts on goes to `zeilen`. False with `fehler` set for an unterminated quote.
+bool csvLesen(const QString &text, std::vector<QStringList> &saetze, std::vector<int> &zeilen,
+              QString &fehler);
+QString csvFeld(const QString &wert);
+
+} // namespace jahr
