@@ -99,8 +99,13 @@ std::optional<Aufruf> befehlszeileLesen(const QStringList &argumente, QString &f
         {QStringLiteral("import"), Aufruf::Art::Import},
     };
     QStringList positionen;
-    if (!argumente.isEmpty() && werkzeuge.contains(argumente.front()))
-        aufruf.art = werkzeuge.value(argumente.front());
+    // The tool named first decides which of the following options belong to it.
+    for (const QString &arg : argumente) {
+        if (werkzeuge.contains(arg)) {
+            aufruf.art = werkzeuge.value(arg);
+            break;
+        }
+    }
     for (int i = 0; i < argumente.size(); ++i) {
         const QString &arg = argumente.at(i);
         auto wert = [&](QString &ziel) {
@@ -148,7 +153,8 @@ std::optional<Aufruf> befehlszeileLesen(const QStringList &argumente, QString &f
                 return std::nullopt;
             }
             aufruf.ohneSchreiben = true;
-        } else if (!arg.startsWith(QLatin1String("--")) && werkzeuge.contains(argumente.front())) {
+        } else if (!arg.startsWith(QLatin1String("--"))
+                   && (!positionen.isEmpty() || werkzeuge.contains(arg))) {
             positionen << arg;
         } else if (arg == QLatin1String("--init") || arg == QLatin1String("--demo")) {
             aufruf.art = arg == QLatin1String("--init") ? Aufruf::Art::Init : Aufruf::Art::Demo;

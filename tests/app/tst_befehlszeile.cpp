@@ -12,19 +12,33 @@ private slots:
     {
         QTest::addColumn<QStringList>("argumente");
         QTest::addColumn<QString>("meldungEnthaelt");
-        QTest::newRow("unknown") << QStringList{"--foo"} << QStringLiteral("Unbekannte Option");
-        QTest::newRow("missing value") << QStringList{"--datenbank"}
-                                       << QStringLiteral("braucht einen Wert");
-        QTest::newRow("value is option") << QStringList{"--jahr", "--nur-anzeige"}
-                                         << QStringLiteral("braucht einen Wert");
-        QTest::newRow("year letters") << QStringList{"--jahr", "zwei"}
-                                      << QStringLiteral("Ungültiges Jahr");
-        QTest::newRow("year too small") << QStringList{"--jahr", "99"}
-                                        << QStringLiteral("Ungültiges Jahr");
-        QTest::newRow("processing year") << QStringList{"--verarbeitungsjahr", "20x3"}
-                                         << QStringLiteral("Ungültiges Jahr");
-        QTest::newRow("init without place") << QStringList{"--init"}
-                                            << QStringLiteral("braucht einen Wert");
+        QTest::newRow("unknown") << QStringList {"--foo"} << QStringLiteral("Unbekannte Option");
+        QTest::newRow("missing value")
+            << QStringList {"--datenbank"} << QStringLiteral("braucht einen Wert");
+        QTest::newRow("value is option")
+            << QStringList {"--jahr", "--nur-anzeige"} << QStringLiteral("braucht einen Wert");
+        QTest::newRow("year letters")
+            << QStringList {"--jahr", "zwei"} << QStringLiteral("Ungültiges Jahr");
+        QTest::newRow("year too small")
+            << QStringList {"--jahr", "99"} << QStringLiteral("Ungültiges Jahr");
+        QTest::newRow("processing year")
+            << QStringList {"--verarbeitungsjahr", "20x3"} << QStringLiteral("Ungültiges Jahr");
+        QTest::newRow("init without place")
+            << QStringList {"--init"} << QStringLiteral("braucht einen Wert");
+        QTest::newRow("tool without year")
+            << QStringList {"pruefen"} << QStringLiteral("erwartet 1");
+        QTest::newRow("year change one year")
+            << QStringList {"jahreswechsel", "2024"} << QStringLiteral("erwartet 2");
+        QTest::newRow("year change same year")
+            << QStringList {"jahreswechsel", "2024", "2024"} << QStringLiteral("verschieden");
+        QTest::newRow("export bad year")
+            << QStringList {"export", "24", "a.csv"} << QStringLiteral("Ungültiges Buchungsjahr");
+        QTest::newRow("import without file")
+            << QStringList {"import", "2024"} << QStringLiteral("erwartet 2");
+        QTest::newRow("preview on import") << QStringList {"import", "2024", "a.csv", "--vorschau"}
+                                           << QStringLiteral("gehört zu \"jahreswechsel\"");
+        QTest::newRow("trial run on check") << QStringList {"pruefen", "2024", "--probelauf"}
+                                            << QStringLiteral("gehört zu \"import\"");
     }
     void fehler()
     {
@@ -33,6 +47,24 @@ private slots:
         QString meldung;
         QVERIFY(!befehlszeileLesen(argumente, meldung));
         QVERIFY2(meldung.contains(meldungEnthaelt), qPrintable(meldung));
+    }
+
+    void jahreswerkzeuge()
+    {
+        QString meldung;
+        auto a = befehlszeileLesen(
+            {"--datenbank", "k.zdb", "jahreswechsel", "2024", "2025", "--vorschau"}, meldung);
+        QVERIFY2(a, qPrintable(meldung));
+        QCOMPARE(a->art, Aufruf::Art::Jahreswechsel);
+        QCOMPARE(*a->jahr, 2024);
+        QCOMPARE(*a->nachJahr, 2025);
+        QVERIFY(a->ohneSchreiben);
+        QCOMPARE(a->datenbank, "k.zdb");
+        a = befehlszeileLesen({"import", "2024", "konten.csv"}, meldung);
+        QVERIFY(a);
+        QCOMPARE(a->art, Aufruf::Art::Import);
+        QCOMPARE(a->datei, "konten.csv");
+        QVERIFY(!a->ohneSchreiben);
     }
 
     void aufrufInfoSlots()
@@ -55,9 +87,8 @@ private slots:
     void kreditorenNurAnzeige()
     {
         QString meldung;
-        const auto a = befehlszeileLesen({"--kreditoren", "--nur-anzeige",
-                                          "--verarbeitungsjahr", "2026"},
-                                         meldung);
+        const auto a = befehlszeileLesen(
+            {"--kreditoren", "--nur-anzeige", "--verarbeitungsjahr", "2026"}, meldung);
         QVERIFY(a);
         QCOMPARE(a->art, Aufruf::Art::Kreditoren);
         const QVariantList info = aufrufInfo(*a, 2025);

@@ -1,6 +1,8 @@
 // The kontenstamm program as a user starts it: bad options and unreadable databases end with a
 // German message and exit code 2; --init and --demo make databases that open again.
+#include <QFileInfo>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -12,6 +14,7 @@ private slots:
     void abbruchMitCode2_data();
     void abbruchMitCode2();
     void initUndDemoLegenDatenbankAn();
+    void jahreswerkzeugeOhneBildschirm();
 
 private:
     struct Ergebnis
@@ -22,6 +25,7 @@ private:
     };
     Ergebnis starten(const QStringList &argumente);
     QTemporaryDir m_dir;
+    bool m_ohneBildschirm = false;
 };
 
 tst_Host::Ergebnis tst_Host::starten(const QStringList &argumente)
@@ -30,6 +34,11 @@ tst_Host::Ergebnis tst_Host::starten(const QStringList &argumente)
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     env.insert(QStringLiteral("XDG_DATA_HOME"), m_dir.filePath(QStringLiteral("daten")));
+    if (m_ohneBildschirm) {
+        env.remove(QStringLiteral("QT_QPA_PLATFORM"));
+        env.remove(QStringLiteral("DISPLAY"));
+        env.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    }
     p.setProcessEnvironment(env);
     p.start(QStringLiteral(ZEP_KONTENSTAMM), argumente);
     Ergebnis e;
@@ -88,6 +97,50 @@ void tst_Host::initUndDemoLegenDatenbankAn()
     QFile f(demo);
     QVERIFY(f.open(QIODevice::ReadOnly));
     QCOMPARE(f.readAll(), vorher);
+}
+
+void tst_Host::jahreswerkzeugeOhneBildschirm()
+{
+    const QString demo = m_dir.filePath(QStringLiteral("werkzeuge.zdb"));
+    QCOMPARE(starten({QStringLiteral("--demo"), demo}).code, 0);
+    m_ohneBildschirm = true;
+    const auto ende = qScopeGuard([this] { m_ohneBildschirm = false; });
+    const QStringList db {QStringLiteral("--datenbank"), demo};
+
+    Ergebnis e = starten(QStringList {"pruefen", "2026"} + db);
+    QCOMPARE(e.code, 0);
+    QVERIFY2(e.aus.contains("Zusammenfassung: 314 Konten des Buchungsjahres 2026 geprüft, 0 "
+                            "fehlerhaft"),
+             qPrintable(e.aus + e.fehler));
+
+    e = starten(QStringList {"jahreswechsel", "2026", "2027", "--vorschau"} + db);
+    QCOMPARE(e.code, 0);
+    QVERIFY(e.aus.contains("Vorschau: es wurde nichts geschrieben."));
+    e = starten(QStringList {"jahreswechsel", "2026", "2027"} + db);
+    QVERIFY2(e.aus.contains("314 Konten wurden von 2026 nach 2027 übernommen"), qPrintable(e.aus));
+    e = starten(QStringList {"jahreswechsel", "2026", "2027"} + db);
+    QVERIFY2(e.aus.contains("0 Konten wurden von 2026 nach 2027 übernommen, 0 Konten haben "
+                            "abweichende Definitionen, 314 sind gleich"),
+             qPrintable(e.aus));
+
+    const QString csv = m_dir.filePath(QStringLiteral("2027.csv"));
+    e = starten(QStringList {"export", "2027", csv} + db);
+    QCOMPARE(e.code, 0);
+    e = starten(QStringList {"import", "2030", csv, "--probelauf"} + db);
+    QCOMPARE(e.code, 0);
+    QVERIFY(e.aus.contains("Probelauf: nichts geschrieben."));
+    e = starten(QStringList {"import", "2030", csv} + db);
+    QCOMPARE(e.code, 0);
+    // A second import finds every account there already: errors, exit code 1, nothing written.
+    e = starten(QStringList {"import", "2030", csv} + db);
+    QCOMPARE(e.code, 1);
+    QVERIFY(e.aus.contains("Feld KontoNr: Konto 999998 ist im Buchungsjahr 2030 bereits "
+                           "vorhanden"));
+    e = starten(QStringList {"import", "2030", m_dir.filePath("fehlt.csv")} + db);
+    QCOMPARE(e.code, 1);
+    QVERIFY(e.aus.contains("kann nicht gelesen werden"));
+    e = starten(QStringList {"pruefen", "2026", "--datenbank", "/nirgends/k.zdb"});
+    QCOMPARE(e.code, 2);
 }
 
 QTEST_GUILESS_MAIN(tst_Host)
