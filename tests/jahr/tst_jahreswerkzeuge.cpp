@@ -1,0 +1,352 @@
+// The year tools on both engines: carrying accounts into the next year, the whole-year check,
+// the CSV export and import with their refusals.
+#include "common/TestDatenbank.h"
+#include "jahr/Jahrespruefung.h"
+#include "jahr/Jahreswechsel.h"
+#include "jahr/KontenCsv.h"
+#include "platform/storage/Schema.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+using platform::storage::Database;
+
+class TestJahreswerkzeuge : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::shared_ptr<Database> m_db;
+    QTemporaryDir m_dir;
+
+    void konto(const QString &nr, const QString &name, int jahr = 2024,
+               const QString &zuweisung = {})
+    {
+        m_db->execute("INSERT INTO ObjKanzleiKontenstamm (KontoNr, KontoJJ, KontoBezeichnung, "
+                      "KontoAbrUstProz) VALUES (?, ?, ?, 100)",
+                      {nr, jahr, name});
+        if (!zuweisung.isEmpty()) {
+            m_db->execute("UPDATE ObjKanzleiKontenstamm SET " + zuweisung
+                              + " WHERE KontoNr = ? AND KontoJJ = ?",
+                          {nr, jahr});
+        }
+    }
+    qlonglong anzahl(int jahr)
+    {
+        return m_db->scalar("SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoJJ = ?", {jahr})
+            .toLongLong();
+    }
+    QString datei(const QString &name, const QByteArray &inhalt)
+    {
+        const QString pfad = m_dir.filePath(name);
+        QFile f(pfad);
+        if (!f.open(QIODevice::WriteOnly))
+            qFatal("Testdatei nicht schreibbar");
+        f.write(inhalt);
+        return pfad;
+    }
+    // Every column of the year's accounts except the year, as text, in account order.
+    QStringList inhalt(int jahr)
+    {
+        QStringList zeilen;
+        for (const jahr::Kontozeile &z : jahr::kontenLaden(*m_db, jahr)) {
+            QStringList werte;
+            for (const QString &s : z.spalten->namen()) {
+                if (s.compare("KontoJJ", Qt::CaseInsensitive) != 0)
+                    werte << s.toLower() + '=' + z.text(s);
+            }
+            zeilen << werte.join('|');
+        }
+        return zeilen;
+    }
+
+private slots:
+    void init()
+    {
+        m_db = Database::open(testhilfe::neueDatenbank());
+        platform::storage::schemaAnlegen(*m_db);
+        m_db->execute("INSERT INTO AllgSchluesselDaten (SchlNummer, SchlKurzbezeich) VALUES "
+                      "(0, 'keine'), (4, 'Nutzfl')");
+        m_db->execute("INSERT INTO BilanzPosZL7 (BilZl7Pos1, BilZl7Pos2, BilZl7Pos3, "
+                      "BilZl7PosText) VALUES (1, 2, 3, 'Forderungen')");
+        m_db->execute("INSERT INTO AbrPosBkAbr (AbrPosBkPos1, AbrPosBkPos2, AbrPosBkPosText) "
+                      "VALUES (3, 0, 'Kopf'), (3, 12, 'Wasser')");
+        m_db->execute("INSERT INTO AbrPosBkBlöcke (BkBlockPos, BkBlockText, BkBlockSchlPos) "
+                      "VALUES (2, 'Heizung', 4)");
+        m_db->execute("INSERT INTO BilanzPos (BilPosAktPass, BilPosABC, BilPosRöm, BilPosArab, "
+                      "BilPosABCklein, BilPosText) VALUES (1, 'B', 'II', '1', 'a', 'Kassa')");
+    }
+    void cleanup() { m_db.reset(); }
+
+    // --- year change ---
+
+    void jahreswechsel()
+    {
+        konto("1000", "Kassa", 2024, "KontoBilPosAktPass = 1, KontoBilPosABC = 'B'");
+        konto("1200", "Bank", 2024, "KontoUstKtoNr = '1000'");
+        konto("2000", "Lieferanten", 2024);
+        konto("1200", "Bank neu", 2025, "KontoUstKtoNr = '1000'");
+        konto("2000", "Lieferanten", 2025);
+
+        auto e = jahr::jahreswechsel(*m_db, 2024, 2025, true);
+        QCOMPARE(e.neu, QStringList {"1000"});
+        QCOMPARE(int(e.abweichend.size()), 1);
+        QCOMPARE(e.abweichend[0].kontoNr, "1200");
+        QCOMPARE(e.abweichend[0].felder.size(), 1);
+        QCOMPARE(e.abweichend[0].felder[0].toLower(), "kontobezeichnung");
+        QCOMPARE(e.gleich, 1);
+        QVERIFY(!e.geschrieben);
+        QCOMPARE(anzahl(2025), 2);
+
+        e = jahr::jahreswechsel(*m_db, 2024, 2025, false);
+        QVERIFY(e.geschrieben);
+        QCOMPARE(anzahl(2025), 3);
+        QCOMPARE(m_db->scalar("SELECT KontoBilPosABC FROM ObjKanzleiKontenstamm WHERE KontoNr = "
+                              "'1000' AND KontoJJ = 2025")
+                     .toString(),
+                 "B");
+        // The source year is untouched; a second run changes nothing.
+        QCOMPARE(anzahl(2024), 3);
+        const QStringList vorher = inhalt(2025);
+        e = jahr::jahreswechsel(*m_db, 2024, 2025, false);
+        QVERIFY(e.neu.isEmpty());
+        QVERIFY(!e.geschrieben);
+        QCOMPARE(inhalt(2025), vorher);
+    }
+
+    // --- whole-year check ---
+
+    void pruefen_data()
+    {
+        QTest::addColumn<QString>("zuweisung");
+        QTest::addColumn<QString>("meldungAnfang"); // "" = no finding
+        QTest::addColumn<int>("seite");
+        QTest::addColumn<QString>("feld");
+        QTest::newRow("gueltig") << "KontoUstProz = 100"
+                                 << "" << 0 << "";
+        QTest::newRow("ust ohne konto")
+            << "KontoUstProz = 10"
+            << "Da ein UstProzentsatz definiert wurde" << 1 << "inpKontoUstKtoNr";
+        QTest::newRow("ust konto fehlt")
+            << "KontoUstKtoNr = '4711'"
+            << "UstKontoNummer ist nicht im Kontenstamm" << 1 << "inpKontoUstKtoNr";
+        QTest::newRow("bk") << "KontoBkENAbrDef = 1"
+                            << "Wenn \"Bk-Mieter/Eigentümer-Abr:\" definiert ist" << 2
+                            << "cmbBkENAbrDef";
+        QTest::newRow("ebk") << "KontoEbkKontoNr = '4711'"
+                             << "KontoEbk-KontoNummer ist nicht im Kontenstamm" << 7
+                             << "inpKontoEbkKontoNr";
+        QTest::newRow("zl7") << "KontoPos3 = 9"
+                             << "ZL7-Bilanzposition ist nicht" << 7 << "inpBilZl7Pos1";
+        QTest::newRow("zl7 vorhanden") << "KontoPos1 = 1, KontoPos2 = 2, KontoPos3 = 3"
+                                       << "" << 0 << "";
+        QTest::newRow("typ") << "KontoTypus = 3"
+                             << "ungültiger Wert in cmbKontoTypus.text" << 1 << "cmbKontoTypus";
+        QTest::newRow("ust 15") << "KontoUstProz = 15, KontoUstKtoNr = '1000'"
+                                << "ungültiger Wert 15 in cmbKontoUstProz" << 1
+                                << "cmbKontoUstProz";
+        QTest::newRow("position fehlt")
+            << "KontoÖNORMAbrPos_I_II_III = 3, KontoÖNORMAbrPos_ABC = 13, KontoBkBlockPos = 2, "
+               "KontoAbrUstProz = 20"
+            << "ÖNORM-I-II-III-Position: 3" << 3 << "cmbAbrPos2";
+        QTest::newRow("block fehlt") << "KontoBkBlockPos = 5"
+                                     << "in cmbBkBlockPos_Texteinsetzen" << 2 << "cmbBkBlockPos";
+        QTest::newRow("bilanz fehlt")
+            << "KontoBilPosAktPass = 2"
+            << "Bilanzposition 2 ist nicht im Bilanzpositionsstamm" << 7 << "inpBilPosAktPass";
+        QTest::newRow("bilanz vorhanden")
+            << "KontoBilPosAktPass = 1, KontoBilPosABC = 'B', KontoBilPosRöm = 'II', "
+               "KontoBilPosArab = '1', KontoBilPosABCklein = 'a'"
+            << "" << 0 << "";
+        QTest::newRow("schluessel fehlt")
+            << "KontoAbrSchlPos = 9"
+            << "Aufteilungsschlüssel 9 ist nicht" << 2 << "inpAbrSchlPos";
+        QTest::newRow("schluessel vorhanden") << "KontoAbrSchlPos = 4"
+                                              << "" << 0 << "";
+        QTest::newRow("bezeichnung leer")
+            << "KontoBezeichnung = ''"
+            << "KontoBezeichnung darf nicht leer" << 1 << "inpKontoBezeichnung";
+    }
+    void pruefen()
+    {
+        QFETCH(QString, zuweisung);
+        QFETCH(QString, meldungAnfang);
+        QFETCH(int, seite);
+        QFETCH(QString, feld);
+        konto("1000", "Kassa");
+        konto("1200", "Bank", 2024, zuweisung);
+        // Accounts of another year are neither checked nor referenced.
+        konto("4711", "Anderes Jahr", 2023, "KontoTypus = 9");
+        qint64 gemeldet = 0;
+        const auto befunde = jahr::jahrPruefen(*m_db, 2024, [&](qint64 e, qint64 g) {
+            QCOMPARE(g, 2);
+            gemeldet = e;
+        });
+        QCOMPARE(gemeldet, 2);
+        if (meldungAnfang.isEmpty()) {
+            QVERIFY2(befunde.empty(), befunde.empty() ? "" : qPrintable(befunde[0].meldung));
+            return;
+        }
+        QCOMPARE(int(befunde.size()), 1);
+        QCOMPARE(befunde[0].kontoNr, "1200");
+        QVERIFY2(befunde[0].meldung.startsWith(meldungAnfang), qPrintable(befunde[0].meldung));
+        QCOMPARE(befunde[0].seite, seite);
+        QCOMPARE(befunde[0].feld, feld);
+    }
+
+    // --- export and import ---
+
+    void exportUndImportGebenGleicheSaetze()
+    {
+        konto("1000", "Kassa; \"Haupt\"kassa", 2024,
+              "KontoAnmerkung1 = 'zwei\nZeilen', "
+              "KontoUstProz = 100, KontoPVAZusatz = -1");
+        konto("1200", "Bank Österreich", 2024,
+              "KontoUstKtoNr = '1000', KontoPos1 = 1, KontoPos2 = 2, KontoPos3 = 3, "
+              "KontoStornoDatum = 20240131");
+        konto("3500", "Umsatzsteuer", 2024, "KontoSbkGuvKontoNr = '1200', KontoVoranmPos = 90");
+        const QString csv = m_dir.filePath("2024.csv");
+        const auto aus = jahr::exportieren(*m_db, 2024, csv);
+        QVERIFY2(aus.fehler.isEmpty(), qPrintable(aus.fehler));
+        QCOMPARE(aus.konten, 3);
+
+        auto ein = jahr::importieren(*m_db, 2030, csv, true);
+        QVERIFY(ein.fehler.empty());
+        QVERIFY(!ein.geschrieben);
+        QCOMPARE(anzahl(2030), 0);
+        ein = jahr::importieren(*m_db, 2030, csv, false);
+        QVERIFY2(ein.fehler.empty(), ein.fehler.empty() ? "" : qPrintable(ein.fehler[0].meldung));
+        QVERIFY(ein.geschrieben);
+        QCOMPARE(inhalt(2030), inhalt(2024));
+    }
+
+    void importFehler_data()
+    {
+        QTest::addColumn<QByteArray>("inhalt");
+        QTest::addColumn<int>("zeile");
+        QTest::addColumn<QString>("feld");
+        QTest::addColumn<QString>("meldungEnthaelt");
+        const QByteArray kopf = "KontoNr;KontoBezeichnung;KontoTypus;KontoUstKtoNr\r\n";
+        const QByteArray gut = "3000;Erlöse;0;\r\n";
+        QTest::newRow("zu kurz") << kopf + gut + "12;Kurz;0;\r\n"
+                                 << 3 << "KontoNr"
+                                 << "mindestens 4-stellig";
+        QTest::newRow("null") << kopf + "000;Null;0;\r\n"
+                              << 2 << "KontoNr"
+                              << "Kontonummer 0 oder 00 oder 000";
+        QTest::newRow("buchstaben") << kopf + "12AB;X;0;\r\n"
+                                    << 2 << "KontoNr"
+                                    << "höchstens 6 Ziffern";
+        QTest::newRow("doppelt") << kopf + gut + gut << 3 << "KontoNr"
+                                 << "steht schon in Zeile 2";
+        QTest::newRow("vorhanden") << kopf + "1000;Kassa;0;\r\n"
+                                   << 2 << "KontoNr"
+                                   << "bereits vorhanden";
+        QTest::newRow("typ") << kopf + "3000;X;3;\r\n"
+                             << 2 << "KontoTypus"
+                             << "ungültiger Wert in cmbKontoTypus.text";
+        QTest::newRow("keine zahl") << kopf + "3000;X;eins;\r\n"
+                                    << 2 << "KontoTypus"
+                                    << "keine ganze Zahl";
+        QTest::newRow("zu gross") << kopf + "3000;X;70000;\r\n"
+                                  << 2 << "KontoTypus"
+                                  << "außerhalb des zulässigen Bereichs";
+        QTest::newRow("text zu lang") << kopf + "3000;" + QByteArray(51, 'x') + ";0;\r\n"
+                                      << 2 << "KontoBezeichnung"
+                                      << "länger als 50";
+        QTest::newRow("referenz") << kopf + "3000;X;0;4711\r\n"
+                                  << 2 << "KontoUstKtoNr"
+                                  << "UstKontoNummer ist nicht im Kontenstamm";
+        QTest::newRow("felder") << kopf + "3000;X;0\r\n"
+                                << 2 << ""
+                                << "3 Felder statt 4";
+        QTest::newRow("unbekanntes feld")
+            << QByteArray("KontoNr;Geheim\r\n3000;x\r\n") << 1 << "Geheim"
+            << "Unbekanntes Feld";
+        QTest::newRow("ohne kontonr") << QByteArray("KontoBezeichnung\r\nX\r\n") << 1 << "KontoNr"
+                                      << "kein Feld KontoNr";
+        QTest::newRow("leer") << QByteArray() << 1 << ""
+                              << "Kopfzeile";
+        QTest::newRow("anfuehrung") << kopf + "3000;\"offen;0;\r\n"
+                                    << 0 << ""
+                                    << "Anführungszeichen";
+        QTest::newRow("kein utf8") << kopf + "3000;Erl\xf6se;0;\r\n"
+                                   << 0 << ""
+                                   << "UTF-8";
+        QTest::newRow("einschleusung")
+            << kopf + "3000;\"x'); DROP TABLE ObjKanzleiKontenstamm; --\";0;\r\n5000;ok;9;\r\n"
+            << 3 << "KontoTypus"
+            << "ungültiger Wert";
+    }
+    void importFehler()
+    {
+        QFETCH(QByteArray, inhalt);
+        QFETCH(int, zeile);
+        QFETCH(QString, feld);
+        QFETCH(QString, meldungEnthaelt);
+        konto("1000", "Kassa");
+        const auto e = jahr::importieren(*m_db, 2024, datei("ein.csv", inhalt), false);
+        QVERIFY(!e.geschrieben);
+        QVERIFY(!e.fehler.empty());
+        const auto &f = e.fehler.front();
+        QCOMPARE(f.zeile, zeile);
+        QCOMPARE(f.feld, feld);
+        QVERIFY2(f.meldung.contains(meldungEnthaelt), qPrintable(f.meldung));
+        // One faulty line: nothing of the file is written.
+        QCOMPARE(anzahl(2024), 1);
+    }
+
+    void importVerweistAufKontenDerDatei()
+    {
+        const QByteArray text = "\xEF\xBB\xBFKontoNr;KontoBezeichnung;KontoUstKtoNr\r\n"
+                                "4000;Erlöse;3500\r\n"
+                                "\r\n"
+                                "3500;\"Umsatzsteuer; 20%\";\r\n";
+        const auto e = jahr::importieren(*m_db, 2024, datei("ref.csv", text), false);
+        QVERIFY2(e.fehler.empty(), e.fehler.empty() ? "" : qPrintable(e.fehler[0].meldung));
+        QCOMPARE(e.konten, 2);
+        QCOMPARE(anzahl(2024), 2);
+        QCOMPARE(m_db->scalar("SELECT KontoBezeichnung FROM ObjKanzleiKontenstamm WHERE KontoNr "
+                              "= '3500'")
+                     .toString(),
+                 "Umsatzsteuer; 20%");
+        // Columns the file leaves out get the initial values of a new account.
+        QCOMPARE(m_db->scalar("SELECT KontoAbrUstProz FROM ObjKanzleiKontenstamm WHERE KontoNr "
+                              "= '4000'")
+                     .toInt(),
+                 100);
+    }
+
+    void csvFelder_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QList<QStringList>>("saetze");
+        QTest::newRow("einfach") << "a;b\nc;d" << QList<QStringList> {{"a", "b"}, {"c", "d"}};
+        QTest::newRow("leere felder") << ";;\r\n" << QList<QStringList> {{"", "", ""}};
+        QTest::newRow("anfuehrung") << "\"a;b\";\"c\"\"d\"\n"
+                                    << QList<QStringList> {{"a;b", "c\"d"}};
+        QTest::newRow("zeilenumbruch") << "\"a\nb\";c\n" << QList<QStringList> {{"a\nb", "c"}};
+        QTest::newRow("leere zeilen") << "\n\na\n\n" << QList<QStringList> {{"a"}};
+    }
+    void csvFelder()
+    {
+        QFETCH(QString, text);
+        QFETCH(QList<QStringList>, saetze);
+        std::vector<QStringList> gelesen;
+        std::vector<int> zeilen;
+        QString fehler;
+        QVERIFY(jahr::csvLesen(text, gelesen, zeilen, fehler));
+        QCOMPARE(QList<QStringList>(gelesen.begin(), gelesen.end()), saetze);
+        for (const QStringList &s : saetze) {
+            QStringList felder;
+            for (const QString &f : s)
+                felder << jahr::csvFeld(f);
+            std::vector<QStringList> zurueck;
+            QVERIFY(jahr::csvLesen(felder.join(';'), zurueck, zeilen, fehler));
+            QCOMPARE(zurueck.front(), s);
+        }
+    }
+};
+
+ZEP_ENGINE_TEST_MAIN(TestJahreswerkzeuge)
+#include "tst_jahreswerkzeuge.moc"
