@@ -385,6 +385,15 @@ Anzeige anzeige(const Codeliste &liste, int wert, int jahr)
     return {wert, false};
 }
 
+bool wertZulaessig(const Codeliste &liste, int wert, int jahr)
+{
+    for (const Eintrag &e : liste.eintraege) {
+        if (gespeicherterWert(liste, e.code, jahr) == wert)
+            return true;
+    }
+    return false;
+}
+
 QString code75Hinweis(int itemCode)
 {
     if (itemCode == 175 || itemCode == 188)

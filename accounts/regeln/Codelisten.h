@@ -62,6 +62,11 @@ struct Anzeige
 // Where the combo shows the stored value `wert` in booking year `jahr`.
 Anzeige anzeige(const Codeliste &liste, int wert, int jahr);
 
+// Whether `wert` is a value the list can store in booking year `jahr` (the whole-year check
+// and the import refuse anything else, also where the screen shows it quietly as "keine
+// Definition").
+bool wertZulaessig(const Codeliste &liste, int wert, int jahr);
+
 // The notice beside the VAT return line: for the item chosen (by item code) and for a stored
 // value. Empty: hide the notice.
 QString code75Hinweis(int itemCode);

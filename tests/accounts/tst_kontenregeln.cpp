@@ -51,6 +51,8 @@ private slots:
     void zeigen_data();
     void zeigen();
     void waehlenUndZeigenSindUmkehrbar();
+    void zulaessig_data();
+    void zulaessig();
     void code75_data();
     void code75();
 
@@ -259,6 +261,33 @@ void TestKontenregeln::waehlenUndZeigenSindUmkehrbar()
             }
         }
     }
+}
+
+void TestKontenregeln::zulaessig_data()
+{
+    QTest::addColumn<QString>("kombi");
+    QTest::addColumn<int>("wert");
+    QTest::addColumn<int>("jahr");
+    QTest::addColumn<bool>("zulaessig");
+    QTest::newRow("typ 2") << "cmbKontoTypus" << 2 << 2005 << true;
+    QTest::newRow("typ 3") << "cmbKontoTypus" << 3 << 2005 << false;
+    QTest::newRow("ust 15") << "cmbKontoUstProz" << 15 << 2005 << false;
+    QTest::newRow("ust 100") << "cmbKontoUstProz" << 100 << 2005 << true;
+    QTest::newRow("voranm 44 in 2005") << "cmbKontoVoranmPos" << 44 << 2005 << true;
+    QTest::newRow("voranm 44 in 2002") << "cmbKontoVoranmPos" << 44 << 2002 << false;
+    QTest::newRow("voranm 3 in 2002") << "cmbKontoVoranmPos" << 3 << 2002 << true;
+    QTest::newRow("voranm 0") << "cmbKontoVoranmPos" << 0 << 2010 << true;
+    QTest::newRow("pva 6") << "cmbKontoPVAKz" << 6 << 2005 << false;
+    QTest::newRow("bkust 920") << "cmbBkAbrUstProz" << 920 << 2005 << true;
+}
+
+void TestKontenregeln::zulaessig()
+{
+    QFETCH(QString, kombi);
+    QFETCH(int, wert);
+    QFETCH(int, jahr);
+    QFETCH(bool, zulaessig);
+    QCOMPARE(wertZulaessig(*codeliste(kombi), wert, jahr), zulaessig);
 }
 
 void TestKontenregeln::code75_data()
