@@ -225,6 +225,7 @@ void frmKontenStamm::definitionenVerbinden()
             &F::cmdÖNORMPosStammAufruf_Click);
     connect(u.cmdAbrPosStammAufruf, &QPushButton::clicked, this, &F::cmdAbrPosStammAufruf_Click);
     connect(u.cmdBilPosloeschen, &QPushButton::clicked, this, &F::cmdBilPosloeschen_Click);
+    connect(u.cmdPruefliste, &QPushButton::clicked, this, &F::cmdPruefliste_Click);
 }
 
 void frmKontenStamm::flagFeld_Validate(QWidget *w, bool &Cancel)

@@ -152,6 +152,7 @@ inline const QString OrtOenormPosStamm
     = QStringLiteral("zelKontenStamm, in cmdÖNORMPosStammAufruf_Click");
 inline const QString OrtAbrPosStamm
     = QStringLiteral("zelKontenStamm, in cmdAbrPosStammAufruf_Click");
+inline const QString OrtPruefliste = QStringLiteral("zelKontenStamm, in cmdPruefliste_Click");
 inline const QString OrtBilPosLoeschen
     = QStringLiteral("zelKontenStamm, in cmdBilPosloeschen_Click");
 

@@ -118,6 +118,13 @@ public:
     void cmdÖNORMPosStammAufruf_Click();
     void cmdAbrPosStammAufruf_Click();
     void cmdBilPosloeschen_Click();
+
+    // --- the whole year's check (Pruefliste.cpp) ---
+    // Lists the faulty definitions of every account of the year; a chosen line shows its
+    // account on its page with the focus in the field.
+    void cmdPruefliste_Click();
+    // Shows account `nr` on register page `seite` with the focus in control `feld`.
+    void befundZeigen(const QString &nr, int seite, const QString &feld);
     // The save hook handed every record about to be written; true refuses the save. Nothing
     // refuses a save at this place yet.
     static bool SpeichernVerweigert(platform::DataControl &daten, const QString &kontoNr,

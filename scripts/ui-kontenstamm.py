@@ -28,6 +28,9 @@ add("cmdKontoEinlesen", "B", FORM, "Kontenstammsatz  lesen / speichern", 118, 12
 add("cmdKontoNeueröff", "B", FORM, "Kontenstammsatz neu", 248, 12, 110, 42)
 add("cmdKontoLöschen", "B", FORM, "Kontenstammsatz löschen    ", 364, 12, 110, 42)
 add("cmdKontoListe", "B", FORM, "Konten Auswahlhilfe", 480, 12, 110, 42)
+# Beyond the suite's screen: the faulty definitions of the whole year.
+add("cmdPruefliste", "B", FORM, "Prüfliste", 596, 12, 110, 42,
+    tip="Alle Konten des Buchungsjahres prüfen und die fehlerhaften Definitionen auflisten")
 add("lblBuchjahrText", "L", FORM, "Buchungsjahr:", 730, 12, 84, 16)
 add("lblBuchjahr", "L", FORM, "#", 816, 12, 60, 16)
 add("cmdHilfe", "B", FORM, "?", 846, 32, 42, 24)

@@ -3,6 +3,7 @@
 // the register pages with their guard and the record checks, the position look-ups, the type
 // guard and the view-only mode.
 #include "accounts/KontenstammTestBasis.h"
+#include "accounts/frmPruefliste.h"
 #include "accounts/regeln/Codelisten.h"
 
 #include <QAbstractItemView>
@@ -12,6 +13,8 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QTabBar>
+#include <QTimer>
+#include <QTreeWidget>
 
 using namespace platform;
 namespace mks = mdlKontenStamm;
@@ -806,6 +809,35 @@ private slots:
         QVERIFY(m_boxen->letzter().text.startsWith(
             "Internes Verrechnungskonto muss als Kanzleikonto definiert sein."));
         QCOMPARE(feld->text(), "0");
+    }
+
+    // --- the whole year's check ---
+
+    void prueflisteFuehrtZumFeld()
+    {
+        standardKonten();
+        setze("1200", "KontoBkENAbrDef = 1", {});
+        setze("2000", "KontoEbkKontoNr = '4711'", {});
+        oeffnen();
+        int zeilen = -1;
+        QString erste;
+        QTimer::singleShot(0, this, [&] {
+            auto *d = qobject_cast<frmPruefliste *>(QApplication::activeModalWidget());
+            QVERIFY(d);
+            auto *liste = d->findChild<QTreeWidget *>("lstBefunde");
+            zeilen = liste->topLevelItemCount();
+            erste = liste->topLevelItem(0)->text(0) + '|' + liste->topLevelItem(0)->text(1);
+            liste->setCurrentItem(liste->topLevelItem(1));
+            QTest::keyClick(liste, Qt::Key_Return);
+        });
+        c<QPushButton>("cmdPruefliste")->click();
+        QCOMPARE(zeilen, 2);
+        QCOMPARE(erste, "1200|BkAbr-Definitionen");
+        QCOMPARE(aktuell(), "2000");
+        QCOMPARE(m_form->seite(), 7);
+        QTRY_COMPARE(m_form->focusWidget(), c("inpKontoEbkKontoNr"));
+        // Showing the account said once that its reference is wrong.
+        QCOMPARE(m_boxen->anzahl(), 1);
     }
 
     // --- view-only ---

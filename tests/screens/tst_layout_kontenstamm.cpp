@@ -39,6 +39,7 @@ const Soll steuerelemente[] = {
     {"cmdKontoLöschen", "B", "frmKontenStamm", "Kontenstammsatz löschen    ", nullptr},
     {"cmdKontoNeueröff", "B", "frmKontenStamm", "Kontenstammsatz neu", nullptr},
     {"cmdKontoListe", "B", "frmKontenStamm", "Konten Auswahlhilfe", nullptr},
+    {"cmdPruefliste", "B", "frmKontenStamm", "Prüfliste", nullptr},
     {"cmdExit", "B", "frmKontenStamm", "Beenden", nullptr},
     {"cmdHilfe", "B", "frmKontenStamm", "?", nullptr},
     {"cmdAbrPosStammAufruf", "B", "frmKontenStamm", "BK-Abr Positionenstamm", nullptr},

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "jahr/Jahrespruefung.h"
+
+#include <QDialog>
+#include <vector>
+
+class QTreeWidget;
+
+// The faulty definitions of every account of the booking year, one line each (account, page,
+// field, message). Enter or a double click on a line closes the list with that line chosen.
+class frmPruefliste : public QDialog
+{
+    Q_OBJECT
+
+public:
+    frmPruefliste(std::vector<jahr::Befund> befunde, int jahr, QWidget *parent = nullptr);
+
+    // The line chosen (-1: closed without a choice).
+    int gewaehlt() const { return m_gewaehlt; }
+    const jahr::Befund &befund(int i) const { return m_befunde.at(size_t(i)); }
+    QTreeWidget *liste() const { return m_liste; }
+
+    void waehlen();
+
+private:
+    std::vector<jahr::Befund> m_befunde;
+    QTreeWidget *m_liste = nullptr;
+    int m_gewaehlt = -1;
+};
