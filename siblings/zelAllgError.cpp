@@ -2,6 +2,8 @@
 
 #include "platform/core/CreateObject.h"
 #include "platform/ui/MsgBox.h"
+#include "siblings/zelAbrPosStamm.h"
+#include "siblings/zelDiverseListen.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -152,4 +154,8 @@ void siblingsRegistrieren()
 {
     platform::registriereKomponente(QStringLiteral("zelAllgError"),
                                     [] { return std::make_unique<siblings::zelAllgError>(); });
+    platform::registriereKomponente(QStringLiteral("zelDiverseListen"),
+                                    [] { return std::make_unique<siblings::zelDiverseListen>(); });
+    platform::registriereKomponente(QStringLiteral("zelAbrPosStamm"),
+                                    [] { return std::make_unique<siblings::zelAbrPosStamm>(); });
 }
