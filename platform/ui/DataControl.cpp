@@ -13,6 +13,7 @@
 #include <QLocale>
 #include <QMetaProperty>
 #include <QToolButton>
+#include <optional>
 
 namespace platform {
 
@@ -560,11 +561,22 @@ bool DataControl::speichern()
             rs.setFeld(feld, wert);
         rs.Update();
     } catch (const RuntimeError &e) {
+        // Another user changed or deleted the row since it was read: what is stored now.
+        std::optional<QVariantList> gespeichert;
+        if (e.nummer() == fehlernummer::DatensatzGeaendert && selbstBegonnen) {
+            try {
+                gespeichert = rs.gespeicherteZeile();
+            } catch (const RuntimeError &) { }
+        }
         // The typed values stay in the widgets and still count as edits.
         if (selbstBegonnen && rs.editMode() != EditMode::Keiner) {
             try {
                 rs.CancelUpdate();
             } catch (const RuntimeError &) { }
+        }
+        if (gespeichert) {
+            konfliktMelden(*gespeichert, werte);
+            return false;
         }
         fehlerAusloesen(e.nummer(), e.beschreibung());
         return false;
@@ -572,6 +584,79 @@ bool DataControl::speichern()
     for (Bindung *b : geschrieben)
         b->gezeigt = bindung::widgetWert(b->widget);
     return true;
+}
+
+namespace {
+
+QString konfliktWert(const QVariant &v)
+{
+    if (v.isNull())
+        return QStringLiteral("(leer)");
+    QString t = v.toString();
+    while (t.endsWith(u' '))
+        t.chop(1);
+    return QStringLiteral("\u201E") + t + QStringLiteral("\u201C");
+}
+
+} // namespace
+
+void DataControl::konfliktMelden(const QVariantList &gespeichert,
+                                 const std::vector<std::pair<QString, QVariant>> &eingaben)
+{
+    storage::Recordset &rs = *m_rs;
+    const QString titel = QStringLiteral("Gleichzeitige Änderung");
+    if (gespeichert.isEmpty()) {
+        const int antwort = MsgBox(
+            QStringLiteral("Der Datensatz wurde inzwischen von einem anderen Benutzer gelöscht. "
+                           "Ihre Eingaben wurden nicht gespeichert und stehen noch am "
+                           "Bildschirm.\r\n\r\n"
+                           "Ja ... Eingaben verwerfen und den Datenbestand neu laden\r\n"
+                           "Nein ... Eingaben am Bildschirm lassen"),
+            vbYesNo | vbExclamation, titel);
+        if (antwort == vbYes) {
+            bearbeitungVerwerfen();
+            rs.Requery();
+            nachBewegung();
+        }
+        return;
+    }
+    // The fields whose stored values differ from what this user read, with what they typed.
+    const QStringList namen = rs.feldnamen();
+    QStringList zeilen;
+    for (int i = 0; i < namen.size() && i < gespeichert.size(); ++i) {
+        const QVariant gelesen = rs.feld(i);
+        if (konfliktWert(gelesen) == konfliktWert(gespeichert.at(i)))
+            continue;
+        QVariant eigen = gelesen;
+        for (const auto &[feld, wert] : eingaben) {
+            if (feld.compare(namen.at(i), Qt::CaseInsensitive) == 0)
+                eigen = wert;
+        }
+        zeilen << QStringLiteral("  %1: gespeichert %2, bei Ihnen %3")
+                      .arg(namen.at(i), konfliktWert(gespeichert.at(i)), konfliktWert(eigen));
+    }
+    const int antwort = MsgBox(
+        QStringLiteral("Der Datensatz wurde inzwischen von einem anderen Benutzer geändert. Ihre "
+                       "Änderungen wurden nicht gespeichert.\r\n\r\nAnders gespeichert:\r\n")
+            + zeilen.join(QStringLiteral("\r\n"))
+            + QStringLiteral("\r\n\r\nJa ... den gespeicherten Datensatz neu laden (Ihre Eingaben "
+                             "werden verworfen)\r\nNein ... Ihre Eingaben bleiben am Bildschirm"),
+        vbYesNo | vbExclamation, titel);
+    if (antwort != vbYes)
+        return;
+    // Reload: the query again, then the same row by its key.
+    const QStringList schluessel = rs.database()->primaryKey(rs.tabelle());
+    std::vector<storage::Kriterium> kriterien;
+    for (const QString &k : schluessel) {
+        const int i = rs.feldIndex(k);
+        if (i >= 0)
+            kriterien.push_back({namen.at(i), gespeichert.at(i)});
+    }
+    bearbeitungVerwerfen();
+    rs.Requery();
+    if (!kriterien.empty() && rs.RecordCount() > 0)
+        rs.FindFirst(kriterien);
+    nachBewegung();
 }
 
 void DataControl::nachBewegung()

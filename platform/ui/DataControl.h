@@ -188,6 +188,10 @@ private:
     // Validate + save; false when the action must not happen.
     bool vorBewegung(int action, bool speichernErzwingen = false);
     bool speichern();
+    // A save refused because another user changed (or deleted, `gespeichert` empty) the row:
+    // names the differing fields with the stored and the typed values and offers to reload.
+    void konfliktMelden(const QVariantList &gespeichert,
+                        const std::vector<std::pair<QString, QVariant>> &eingaben);
     void nachBewegung();
     void widgetsFuellen();
     bool bindungFuellen(Bindung &b, QString *fehler);
