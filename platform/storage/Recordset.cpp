@@ -761,8 +761,11 @@ void Recordset::neueZeileSpeichern()
     for (const QVariant &s : schluessel)
         schluesselVollstaendig = schluesselVollstaendig && !s.isNull();
     QVariantList gespeichert;
-    if (schluesselVollstaendig)
-        gespeichert = zeileLesen(schluessel);
+    if (schluesselVollstaendig) {
+        try {
+            gespeichert = zeileLesen(schluessel);
+        } catch (const RuntimeError &) { }
+    }
     // A key the engine assigned itself cannot be found again; keep what was assigned.
     m_zeilen->anhaengen(gespeichert.isEmpty() ? m_zustand->werte : gespeichert);
     abgleichen();
@@ -790,7 +793,12 @@ void Recordset::geaenderteZeileSpeichern()
     if (m_db->execute(sql, params) == 0)
         RuntimeError::ausloesen(fehlernummer::DatensatzGeaendert);
 
-    QVariantList gespeichert = zeileLesen(schluesselAus(m_zustand->werte));
+    // The row is written: a failed read-back must not report the save as failed (a retry
+    // would write it twice), the values written stand in for it.
+    QVariantList gespeichert;
+    try {
+        gespeichert = zeileLesen(schluesselAus(m_zustand->werte));
+    } catch (const RuntimeError &) { }
     if (gespeichert.isEmpty())
         gespeichert = m_zustand->werte;
     const int index = m_zeilen->finden(m_zustand->id);

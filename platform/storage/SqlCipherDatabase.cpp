@@ -186,6 +186,9 @@ void oeffnenUndPruefen(Verbindung &v, const QString &pfad, const QString &passwo
 
 void einstellen(sqlite3 *db)
 {
+    // Several users on one file: a writer waits for another one's short transaction instead
+    // of failing with "database is locked".
+    sqlite3_busy_timeout(db, 15000);
     direkt(db, "PRAGMA journal_mode = WAL");
     direkt(db, "PRAGMA cache_size = -32768");
 }

@@ -11,6 +11,8 @@
 
 using namespace kontenregeln;
 
+Q_DECLARE_METATYPE(kontenregeln::KontoDefinition)
+
 namespace {
 const Codeliste &liste(const char *kombi)
 {
@@ -569,8 +571,6 @@ void TestKontenregeln::positionen()
     QCOMPARE(bkBlockEintrag(3, QStringLiteral("Lift"), 7),
              QStringLiteral("3: Lift   (Schlüssel: 7)"));
 }
-
-Q_DECLARE_METATYPE(kontenregeln::KontoDefinition)
 
 QTEST_APPLESS_MAIN(TestKontenregeln)
 #include "tst_kontenregeln.moc"
