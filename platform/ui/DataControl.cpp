@@ -688,6 +688,18 @@ void DataControl::widgetsFuellen()
 {
     QString fehler;
     std::erase_if(m_bindungen, [](const Bindung &b) { return b.widget.isNull(); });
+    // A text field takes no more characters than its column holds, on every engine alike.
+    if (m_rs) {
+        if (const auto *t = storage::tabelle(m_rs->tabelle())) {
+            for (auto &b : m_bindungen) {
+                auto *zeile = qobject_cast<QLineEdit *>(b.widget.data());
+                const auto *s = zeile ? t->spalte(b.feld) : nullptr;
+                if (s && s->typ == storage::Spaltentyp::Text && s->laenge > 0
+                    && zeile->maxLength() > s->laenge)
+                    zeile->setMaxLength(s->laenge);
+            }
+        }
+    }
     for (auto &b : m_bindungen)
         bindungFuellen(b, &fehler);
     if (!fehler.isEmpty()) {

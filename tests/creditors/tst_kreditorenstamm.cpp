@@ -1,5 +1,6 @@
 // The creditor screen driven offscreen on both engines: loading, navigation, reading by number,
 // opening, the field checks, deletion and the list button.
+#include "common/Einschleusung.h"
 #include "common/TestDatenbank.h"
 #include "creditors/frmKrNeu.h"
 #include "creditors/frmKreditorenKontenStamm.h"
@@ -190,6 +191,26 @@ private slots:
         m_fehlerDialog.reset();
         QVERIFY2(warnungen.isEmpty(), qPrintable(warnungen.join('\n')));
         QCOMPARE(offen, 0);
+    }
+
+    // --- typed SQL ---
+
+    void eingetippteSqlBleibtText()
+    {
+        standardKonten();
+        oeffnen();
+        auto *feld = ui().inpKrKontoBezeichnung;
+        for (const QString &p : testhilfe::einschleusungen()) {
+            fokusAuf(feld);
+            feld->clear();
+            QTest::keyClicks(feld, p);
+            QVERIFY(ui().KRData->UpdateRecord());
+            QCOMPARE(gespeichert(100, "KrKontoBezeichnung").toString(), feld->text());
+        }
+        QCOMPARE(anzahl("KreditorenKontenstamm"), 3);
+        QVERIFY(m_db->hasTable("ObjKanzleiKontenstamm"));
+        QVERIFY(m_db->hasTable("BilanzPos"));
+        QVERIFY(texte().isEmpty());
     }
 
     // --- loading and navigation ---
