@@ -751,6 +751,12 @@ void DataControl::standardMeldung(int nummer, const QString &beschreibung)
         text = RuntimeError::standardText(nummer);
     if (text.isEmpty())
         text = QStringLiteral("Fehler ") + QString::number(nummer);
+    // A lost connection is no lost edit: say what to do.
+    if (nummer == fehlernummer::DatenbankNichtErreichbar) {
+        text += QStringLiteral("\r\n\r\nIhre Eingaben wurden nicht gespeichert und bleiben am "
+                               "Bildschirm. Bitte wiederholen Sie den Vorgang, sobald die "
+                               "Datenbank wieder erreichbar ist.");
+    }
     MsgBox(text, vbOKOnly | vbExclamation);
 }
 
