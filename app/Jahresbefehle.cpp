@@ -1,5 +1,6 @@
 #include "Jahresbefehle.h"
 
+#include "accounts/Kontentexte.h"
 #include "jahr/Jahrespruefung.h"
 #include "jahr/Jahreswechsel.h"
 #include "jahr/KontenCsv.h"
@@ -26,16 +27,6 @@ QTextStream &err()
     static QTextStream s(stderr);
     return s;
 }
-
-const QString Seiten[] = {
-    QStringLiteral("Allgemein"),
-    QStringLiteral("BkAbr-Definitionen"),
-    QStringLiteral("ÖN-A4000-Definitionen"),
-    QStringLiteral("HeAbr-Definitionen"),
-    QStringLiteral("Beibl-Definitionen"),
-    QStringLiteral("HMZ-Definitionen"),
-    QStringLiteral("Abschl-Definitionen"),
-};
 
 // A progress line on the terminal (nothing when the output goes elsewhere), at most every 100 ms.
 jahr::Fortschritt fortschritt(const QString &was)
@@ -88,8 +79,9 @@ int pruefen(Database &db, const Aufruf &a)
     QSet<QString> konten;
     for (const auto &b : befunde) {
         konten.insert(b.kontoNr);
-        aus() << "Konto " << b.kontoNr << " | Seite " << b.seite << " " << Seiten[b.seite - 1]
-              << " | Feld " << b.feld << " | " << einzeilig(b.meldung) << '\n';
+        aus() << "Konto " << b.kontoNr << " | Seite " << b.seite << " "
+              << kontentexte::Registerseiten[b.seite - 1] << " | Feld " << b.feld << " | "
+              << einzeilig(b.meldung) << '\n';
     }
     const qint64 alle = db.scalar(QStringLiteral("SELECT COUNT(*) FROM ObjKanzleiKontenstamm "
                                                  "WHERE KontoJJ = ?"),

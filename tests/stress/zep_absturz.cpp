@@ -12,6 +12,7 @@
 #include "platform/storage/Schema.h"
 #include "platform/ui/DataControl.h"
 #include "platform/ui/MsgBox.h"
+#include "stress/Engines.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -110,19 +111,8 @@ int main(int argc, char **argv)
         return schreiber(p.value(QStringLiteral("schreiber")));
 
     const int versuche = p.value(QStringLiteral("versuche")).toInt();
-    const QString welche = p.value(QStringLiteral("engine"));
-    std::vector<Engine> engines;
-    if (welche != u"postgresql")
-        engines.push_back(Engine::SqlCipher);
-    if (welche != u"sqlcipher")
-        engines.push_back(Engine::PostgreSql);
     bool allesGut = true;
-    for (Engine engine : engines) {
-        if (engine == Engine::PostgreSql && qEnvironmentVariableIsEmpty("ZEP_TEST_PG_URI")) {
-            std::fprintf(stderr, "PostgreSQL: ZEP_TEST_PG_URI ist nicht gesetzt.\n");
-            allesGut = false;
-            continue;
-        }
+    for (Engine engine : engines(p.value(QStringLiteral("engine")), allesGut)) {
         const QString ort = testhilfe::neueDatenbank(engine);
         {
             auto db = Database::open(ort);

@@ -13,6 +13,7 @@
 #include "platform/storage/Schema.h"
 #include "platform/ui/DataControl.h"
 #include "platform/ui/MsgBox.h"
+#include "stress/Engines.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -150,19 +151,8 @@ int main(int argc, char **argv)
                         p.value(QStringLiteral("id")).toInt());
 
     const int prozesse = p.value(QStringLiteral("prozesse")).toInt();
-    const QString welche = p.value(QStringLiteral("engine"));
-    std::vector<Engine> engines;
-    if (welche != u"postgresql")
-        engines.push_back(Engine::SqlCipher);
-    if (welche != u"sqlcipher")
-        engines.push_back(Engine::PostgreSql);
     bool ok = true;
-    for (Engine engine : engines) {
-        if (engine == Engine::PostgreSql && qEnvironmentVariableIsEmpty("ZEP_TEST_PG_URI")) {
-            std::fprintf(stderr, "PostgreSQL: ZEP_TEST_PG_URI ist nicht gesetzt.\n");
-            ok = false;
-            continue;
-        }
+    for (Engine engine : engines(p.value(QStringLiteral("engine")), ok)) {
         QElapsedTimer t;
         t.start();
         const Ergebnis e = lauf(engine, prozesse, saves, QCoreApplication::applicationFilePath());
