@@ -2,8 +2,8 @@
 #include "accounts/Kontentexte.h"
 #include "accounts/frmKontenStamm.h"
 #include "accounts/frmPruefliste.h"
+#include "accounts/regeln/Jahrespruefung.h"
 #include "frame/mdlKontenStamm.h"
-#include "jahr/Jahrespruefung.h"
 #include "platform/storage/Database.h"
 #include "platform/ui/DataControl.h"
 #include "platform/ui/Fehlerfalle.h"
@@ -18,21 +18,21 @@ namespace texte = kontentexte;
 
 void frmKontenStamm::cmdPruefliste_Click()
 {
-    std::vector<jahr::Befund> befunde;
+    std::vector<kontenregeln::Kontobefund> befunde;
     const bool ok = platform::Falle(texte::OrtPruefliste, [&] {
         platform::Sanduhr sanduhr;
         // The stored accounts are checked: edits of the record shown are saved first.
         if (aktuelleZeile() && !m_ui->KKData->UpdateRecord())
             return;
         auto db = platform::storage::Database::open(mks::DatenbankPfad);
-        befunde = jahr::jahrPruefen(*db, mks::Buchungsjahr);
+        befunde = kontenregeln::jahrPruefen(*db, mks::Buchungsjahr);
     });
     if (!ok)
         return;
     frmPruefliste liste(std::move(befunde), mks::Buchungsjahr, this);
     if (liste.exec() != QDialog::Accepted || liste.gewaehlt() < 0)
         return;
-    const jahr::Befund &b = liste.befund(liste.gewaehlt());
+    const kontenregeln::Kontobefund &b = liste.befund(liste.gewaehlt());
     befundZeigen(b.kontoNr, b.seite, b.feld);
 }
 

@@ -42,7 +42,8 @@ private:
 
 } // namespace
 
-frmPruefliste::frmPruefliste(std::vector<jahr::Befund> befunde, int jahr, QWidget *parent)
+frmPruefliste::frmPruefliste(std::vector<kontenregeln::Kontobefund> befunde, int jahr,
+                             QWidget *parent)
     : QDialog(parent)
     , m_befunde(std::move(befunde))
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "jahr/Jahrespruefung.h"
+#include "accounts/regeln/Jahrespruefung.h"
 
 #include <QDialog>
 #include <vector>
@@ -14,17 +14,18 @@ class frmPruefliste : public QDialog
     Q_OBJECT
 
 public:
-    frmPruefliste(std::vector<jahr::Befund> befunde, int jahr, QWidget *parent = nullptr);
+    frmPruefliste(std::vector<kontenregeln::Kontobefund> befunde, int jahr,
+                  QWidget *parent = nullptr);
 
     // The line chosen (-1: closed without a choice).
     int gewaehlt() const { return m_gewaehlt; }
-    const jahr::Befund &befund(int i) const { return m_befunde.at(size_t(i)); }
+    const kontenregeln::Kontobefund &befund(int i) const { return m_befunde.at(size_t(i)); }
     QTreeWidget *liste() const { return m_liste; }
 
     void waehlen();
 
 private:
-    std::vector<jahr::Befund> m_befunde;
+    std::vector<kontenregeln::Kontobefund> m_befunde;
     QTreeWidget *m_liste = nullptr;
     int m_gewaehlt = -1;
 };

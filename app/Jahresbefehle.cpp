@@ -1,7 +1,7 @@
 #include "Jahresbefehle.h"
 
 #include "accounts/Kontentexte.h"
-#include "jahr/Jahrespruefung.h"
+#include "accounts/regeln/Jahrespruefung.h"
 #include "jahr/Jahreswechsel.h"
 #include "jahr/KontenCsv.h"
 #include "platform/core/RuntimeError.h"
@@ -75,7 +75,7 @@ int jahreswechsel(Database &db, const Aufruf &a)
 int pruefen(Database &db, const Aufruf &a)
 {
     const auto befunde
-        = jahr::jahrPruefen(db, *a.jahr, fortschritt(QStringLiteral("Konten geprüft")));
+        = kontenregeln::jahrPruefen(db, *a.jahr, fortschritt(QStringLiteral("Konten geprüft")));
     QSet<QString> konten;
     for (const auto &b : befunde) {
         konten.insert(b.kontoNr);

@@ -1,9 +1,9 @@
 // The year tools on a generated year of 50,000 accounts, on SQLCipher and, when
 // ZEP_BENCH_PG_URI or ZEP_TEST_PG_URI names a test cluster, on PostgreSQL: the whole-year check,
 // the CSV export and the import trial run of that file into an empty year.
+#include "accounts/regeln/Jahrespruefung.h"
 #include "common/TestDatenbank.h"
 #include "frame/Demodaten.h"
-#include "jahr/Jahrespruefung.h"
 #include "jahr/KontenCsv.h"
 #include "platform/storage/Database.h"
 
@@ -43,7 +43,7 @@ void pruefen(benchmark::State &state, const Ort *o)
 {
     size_t befunde = 0;
     for (auto _ : state)
-        befunde = jahr::jahrPruefen(*o->db, Jahr).size();
+        befunde = kontenregeln::jahrPruefen(*o->db, Jahr).size();
     state.counters["konten"] = Konten;
     state.counters["befunde"] = double(befunde);
 }

@@ -1,7 +1,7 @@
 // Account rows with unexpected contents (nulls, wrong kinds, over-long texts) through the
 // whole-year check, and CSV text through the import's reader.
+#include "accounts/regeln/Jahrespruefung.h"
 #include "fuzz/Eingabe.h"
-#include "jahr/Jahrespruefung.h"
 #include "jahr/KontenCsv.h"
 #include "platform/storage/Schema.h"
 
@@ -9,22 +9,23 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *daten, size_t laenge)
 {
     static const auto spalten = [] {
         QStringList namen;
-        for (const auto &s : platform::storage::tabelle(QStringLiteral("ObjKanzleiKontenstamm"))
-                                 ->spalten)
+        for (const auto &s :
+             platform::storage::tabelle(QStringLiteral("ObjKanzleiKontenstamm"))->spalten)
             namen << s.name;
-        return std::make_shared<const jahr::Spalten>(namen);
+        return std::make_shared<const kontenregeln::Spalten>(namen);
     }();
     Eingabe e(daten, laenge);
-    jahr::Kontozeile z {spalten, {}};
+    kontenregeln::Kontozeile z {spalten, {}};
     for (qsizetype i = 0; i < spalten->namen().size(); ++i)
         z.werte << e.wert();
-    jahr::Stammdaten s;
+    kontenregeln::Stammdaten s;
     s.konten.insert(e.text());
     s.abrPositionen.insert(e.zahl());
     s.bkBloecke.insert(e.zahl());
-    (void)jahr::kontoPruefen(z, s, e.zahl());
+    (void)kontenregeln::kontoPruefen(z, s, e.zahl());
 
-    const QString text = QString::fromUtf8(reinterpret_cast<const char *>(daten), qsizetype(laenge));
+    const QString text
+        = QString::fromUtf8(reinterpret_cast<const char *>(daten), qsizetype(laenge));
     std::vector<QStringList> saetze;
     std::vector<int> zeilen;
     QString fehler;

@@ -6,6 +6,8 @@
 
 namespace jahr {
 
+using kontenregeln::kontenLaden;
+
 namespace {
 
 // Values compared as the user sees them: null and empty alike, trailing blanks ignored.

@@ -1,12 +1,16 @@
 #pragma once
 
-#include "jahr/Kontenzeilen.h"
+#include "accounts/regeln/Kontenzeilen.h"
 
 #include <QStringList>
 #include <vector>
 
 // Carries the chart of accounts of one booking year into another.
 namespace jahr {
+
+using kontenregeln::Database;
+using kontenregeln::Fortschritt;
+using kontenregeln::Kontozeile;
 
 struct Abweichung
 {

@@ -1,8 +1,8 @@
 #include "jahr/KontenCsv.h"
 
 #include "accounts/regeln/Codelisten.h"
+#include "accounts/regeln/Jahrespruefung.h"
 #include "accounts/regeln/Kontonummern.h"
-#include "jahr/Jahrespruefung.h"
 #include "platform/core/RuntimeError.h"
 #include "platform/storage/Schema.h"
 
@@ -14,6 +14,11 @@
 
 namespace jahr {
 
+using kontenregeln::kontenLaden;
+using kontenregeln::Kontobefund;
+using kontenregeln::kontoPruefen;
+using kontenregeln::Spalten;
+using kontenregeln::Stammdaten;
 using platform::storage::Spalte;
 using platform::storage::Spaltentyp;
 
@@ -352,7 +357,7 @@ ImportErgebnis importieren(Database &db, int jahr, const QString &datei, bool pr
 
     // The definitions, once every account of the file is known (references among them).
     for (size_t i = 0; i < konten.size(); ++i) {
-        for (const Befund &b : kontoPruefen(konten[i], stamm, jahr))
+        for (const Kontobefund &b : kontoPruefen(konten[i], stamm, jahr))
             fehler(kontoZeilen[i], spalteVonFeld(b.feld), b.meldung);
         if (fortschritt && (i + 1) % 1000 == 0)
             fortschritt(qint64(i + 1), qint64(konten.size()));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "jahr/Kontenzeilen.h"
+#include "accounts/regeln/Kontenzeilen.h"
 
 #include <QString>
 #include <vector>
@@ -8,6 +8,10 @@
 // The accounts of a booking year as a CSV file: semicolon-separated UTF-8, a header with the
 // field names, one account per line. The year is not in the file; it is named by the call.
 namespace jahr {
+
+using kontenregeln::Database;
+using kontenregeln::Fortschritt;
+using kontenregeln::Kontozeile;
 
 struct ExportErgebnis
 {

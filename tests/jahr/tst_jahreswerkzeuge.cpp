@@ -1,7 +1,7 @@
 // The year tools on both engines: carrying accounts into the next year, the whole-year check,
 // the CSV export and import with their refusals.
+#include "accounts/regeln/Jahrespruefung.h"
 #include "common/TestDatenbank.h"
-#include "jahr/Jahrespruefung.h"
 #include "jahr/Jahreswechsel.h"
 #include "jahr/KontenCsv.h"
 #include "platform/storage/Schema.h"
@@ -49,7 +49,7 @@ private:
     QStringList inhalt(int jahr)
     {
         QStringList zeilen;
-        for (const jahr::Kontozeile &z : jahr::kontenLaden(*m_db, jahr)) {
+        for (const kontenregeln::Kontozeile &z : kontenregeln::kontenLaden(*m_db, jahr)) {
             QStringList werte;
             for (const QString &s : z.spalten->namen()) {
                 if (s.compare("KontoJJ", Qt::CaseInsensitive) != 0)
@@ -178,7 +178,7 @@ private slots:
         // Accounts of another year are neither checked nor referenced.
         konto("4711", "Anderes Jahr", 2023, "KontoTypus = 9");
         qint64 gemeldet = 0;
-        const auto befunde = jahr::jahrPruefen(*m_db, 2024, [&](qint64 e, qint64 g) {
+        const auto befunde = kontenregeln::jahrPruefen(*m_db, 2024, [&](qint64 e, qint64 g) {
             QCOMPARE(g, 2);
             gemeldet = e;
         });

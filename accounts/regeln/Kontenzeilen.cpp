@@ -1,8 +1,8 @@
-#include "jahr/Kontenzeilen.h"
+#include "accounts/regeln/Kontenzeilen.h"
 
 #include "accounts/regeln/Kontonummern.h"
 
-namespace jahr {
+namespace kontenregeln {
 
 Spalten::Spalten(QStringList namen)
     : m_namen(std::move(namen))
@@ -20,7 +20,7 @@ QVariant Kontozeile::wert(const QString &spalte) const
 QString Kontozeile::text(const QString &spalte) const
 {
     const QVariant v = wert(spalte);
-    return v.isNull() ? QString() : kontenregeln::rtrim(v.toString());
+    return v.isNull() ? QString() : rtrim(v.toString());
 }
 
 int Kontozeile::zahl(const QString &spalte, int ersatz) const
@@ -58,9 +58,9 @@ std::vector<Kontozeile> kontenLaden(Database &db, int jahr, const Fortschritt &f
     return zeilen;
 }
 
-kontenregeln::KontoDefinition definition(const Kontozeile &z)
+KontoDefinition definition(const Kontozeile &z)
 {
-    kontenregeln::KontoDefinition d;
+    KontoDefinition d;
     d.kontoNr = z.kontoNr();
     d.bezeichnung = z.text(QStringLiteral("KontoBezeichnung"));
     d.zusatzDatenJN = z.zahl(QStringLiteral("KontoZusatzDatenJN"));
@@ -83,4 +83,4 @@ kontenregeln::KontoDefinition definition(const Kontozeile &z)
     return d;
 }
 
-} // namespace jahr
+} // namespace kontenregeln

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "jahr/Kontenzeilen.h"
+#include "accounts/regeln/Kontenzeilen.h"
 
 #include <QSet>
 #include <QString>
@@ -8,11 +8,11 @@
 
 // Checks every account of a booking year as the account screen would, and beyond it the keys
 // the screen only shows: positions, operating-cost blocks, allocation keys.
-namespace jahr {
+namespace kontenregeln {
 
 // A faulty definition of one account: the message as the screen words it, the register page
 // and the control that holds the field.
-struct Befund
+struct Kontobefund
 {
     QString kontoNr;
     QString meldung;
@@ -38,9 +38,9 @@ struct Stammdaten
 };
 
 // Every faulty definition of one account, the screen's record checks first.
-std::vector<Befund> kontoPruefen(const Kontozeile &z, const Stammdaten &s, int jahr);
+std::vector<Kontobefund> kontoPruefen(const Kontozeile &z, const Stammdaten &s, int jahr);
 
 // Every faulty definition of every account of `jahr`, in account order.
-std::vector<Befund> jahrPruefen(Database &db, int jahr, const Fortschritt &fortschritt = {});
+std::vector<Kontobefund> jahrPruefen(Database &db, int jahr, const Fortschritt &fortschritt = {});
 
-} // namespace jahr
+} // namespace kontenregeln

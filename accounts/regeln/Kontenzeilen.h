@@ -11,8 +11,9 @@
 #include <memory>
 #include <vector>
 
-// The accounts of a booking year as plain rows, for the tools that work on a whole year.
-namespace jahr {
+// The accounts of a booking year as plain rows, for the checks and tools that work on a whole
+// year.
+namespace kontenregeln {
 
 using platform::storage::Database;
 
@@ -51,6 +52,6 @@ struct Kontozeile
 std::vector<Kontozeile> kontenLaden(Database &db, int jahr, const Fortschritt &fortschritt = {});
 
 // The stored definitions the record checks read.
-kontenregeln::KontoDefinition definition(const Kontozeile &z);
+KontoDefinition definition(const Kontozeile &z);
 
-} // namespace jahr
+} // namespace kontenregeln

@@ -1,12 +1,10 @@
-#include "jahr/Jahrespruefung.h"
+#include "accounts/regeln/Jahrespruefung.h"
 
 #include "accounts/regeln/Codelisten.h"
 #include "accounts/regeln/Kontonummern.h"
 #include "accounts/regeln/Positionen.h"
 
-namespace jahr {
-
-namespace regeln = kontenregeln;
+namespace kontenregeln {
 
 namespace {
 
@@ -21,7 +19,7 @@ QSet<qint64> zahlen(Database &db, const QString &sql)
 
 QString rtrimText(const QVariant &v)
 {
-    return v.isNull() ? QString() : regeln::rtrim(v.toString());
+    return v.isNull() ? QString() : rtrim(v.toString());
 }
 
 } // namespace
@@ -29,8 +27,8 @@ QString rtrimText(const QVariant &v)
 QString Stammdaten::bilanzSchluessel(int seite, const QString &abc, const QString &roem,
                                      const QString &arab, const QString &klein)
 {
-    return QString::number(seite) + u'|' + regeln::rtrim(abc) + u'|' + regeln::rtrim(roem) + u'|'
-        + regeln::rtrim(arab) + u'|' + regeln::rtrim(klein);
+    return QString::number(seite) + u'|' + rtrim(abc) + u'|' + rtrim(roem) + u'|' + rtrim(arab)
+        + u'|' + rtrim(klein);
 }
 
 qint64 Stammdaten::zl7Schluessel(int p1, int p2, int p3)
@@ -62,40 +60,39 @@ Stammdaten Stammdaten::laden(Database &db)
     return s;
 }
 
-std::vector<Befund> kontoPruefen(const Kontozeile &z, const Stammdaten &s, int jahr)
+std::vector<Kontobefund> kontoPruefen(const Kontozeile &z, const Stammdaten &s, int jahr)
 {
-    std::vector<Befund> befunde;
+    std::vector<Kontobefund> befunde;
     const QString nr = z.kontoNr();
     auto befund = [&](QString meldung, int seite, QString feld) {
         befunde.push_back({nr, std::move(meldung), seite, std::move(feld)});
     };
 
-    const auto form = regeln::nummernform(nr);
-    if (form != regeln::NummernFehler::Keiner)
-        befund(regeln::nummernformMeldung(form), 1, QStringLiteral("inpKontoNr"));
+    const auto form = nummernform(nr);
+    if (form != NummernFehler::Keiner)
+        befund(nummernformMeldung(form), 1, QStringLiteral("inpKontoNr"));
 
     // The record checks in the screen's order; the first failing one, as the screen shows it.
-    const regeln::KontoDefinition d = definition(z);
-    const regeln::Nachschlagen nachschlagen {
+    const KontoDefinition d = definition(z);
+    const Nachschlagen nachschlagen {
         [&](const QString &ref) { return s.konten.contains(ref); },
         [&](int a, int b, int c) {
             return s.zl7Positionen.contains(Stammdaten::zl7Schluessel(a, b, c));
         },
     };
-    if (const auto b = regeln::ersterBefundAllerSeiten(d, nachschlagen))
+    if (const auto b = ersterBefundAllerSeiten(d, nachschlagen))
         befund(b->meldung, b->seite, b->feld);
-    if (regeln::zusatzDatenJNFalsch(d))
-        befund(regeln::pruefungstexte::ZusatzDatenJNFalsch, 1,
-               QStringLiteral("cmbKontoZusatzdatenJN"));
+    if (zusatzDatenJNFalsch(d))
+        befund(pruefungstexte::ZusatzDatenJNFalsch, 1, QStringLiteral("cmbKontoZusatzdatenJN"));
 
     // Codes the combos cannot show.
-    for (const regeln::Codeliste &l : regeln::codelisten()) {
+    for (const Codeliste &l : codelisten()) {
         const QVariant v = z.wert(l.spalte);
         bool zahl = true;
         const int wert = v.isNull() ? 0 : v.toString().trimmed().toInt(&zahl);
-        if (zahl && regeln::wertZulaessig(l, wert, jahr))
+        if (zahl && wertZulaessig(l, wert, jahr))
             continue;
-        befund(l.ungueltigText.isEmpty() || !zahl || !regeln::anzeige(l, wert, jahr).ungueltig
+        befund(l.ungueltigText.isEmpty() || !zahl || !anzeige(l, wert, jahr).ungueltig
                    ? QStringLiteral("ungültiger Wert %1 in %2").arg(v.toString(), l.kombi)
                    : l.ungueltigText,
                l.seite, l.kombi);
@@ -103,13 +100,12 @@ std::vector<Befund> kontoPruefen(const Kontozeile &z, const Stammdaten &s, int j
 
     // Keys of the position masters and the allocation keys.
     if (d.abrPos1 != 0 || d.abrPos2 != 0) {
-        if (!s.abrPositionen.contains(regeln::abrPosCode(d.abrPos1, d.abrPos2)))
-            befund(regeln::abrPosFehlt(d.abrPos1, d.abrPos2), 3, QStringLiteral("cmbAbrPos2"));
+        if (!s.abrPositionen.contains(abrPosCode(d.abrPos1, d.abrPos2)))
+            befund(abrPosFehlt(d.abrPos1, d.abrPos2), 3, QStringLiteral("cmbAbrPos2"));
     }
     const int block = z.zahl(QStringLiteral("KontoBkBlockPos"));
     if (block != 0 && !s.bkBloecke.contains(block))
-        befund(regeln::bkBlockFehlt(nr, QString::number(block)), 2,
-               QStringLiteral("cmbBkBlockPos"));
+        befund(bkBlockFehlt(nr, QString::number(block)), 2, QStringLiteral("cmbBkBlockPos"));
     const int seite = z.zahl(QStringLiteral("KontoBilPosAktPass"));
     if (seite != 0) {
         const QString schluessel = Stammdaten::bilanzSchluessel(
@@ -131,13 +127,13 @@ std::vector<Befund> kontoPruefen(const Kontozeile &z, const Stammdaten &s, int j
     return befunde;
 }
 
-std::vector<Befund> jahrPruefen(Database &db, int jahr, const Fortschritt &fortschritt)
+std::vector<Kontobefund> jahrPruefen(Database &db, int jahr, const Fortschritt &fortschritt)
 {
     const std::vector<Kontozeile> konten = kontenLaden(db, jahr);
     Stammdaten s = Stammdaten::laden(db);
     for (const Kontozeile &z : konten)
         s.konten.insert(z.kontoNr());
-    std::vector<Befund> alle;
+    std::vector<Kontobefund> alle;
     qint64 erledigt = 0;
     for (const Kontozeile &z : konten) {
         auto befunde = kontoPruefen(z, s, jahr);
@@ -151,4 +147,4 @@ std::vector<Befund> jahrPruefen(Database &db, int jahr, const Fortschritt &forts
     return alle;
 }
 
-} // namespace jahr
+} // namespace kontenregeln
