@@ -1,6 +1,7 @@
 #include "accounts/frmPruefliste.h"
 
 #include "accounts/Kontentexte.h"
+#include "accounts/regeln/Feldbeschriftungen.h"
 #include "screens/Bildschirmstil.h"
 
 #include <QDialogButtonBox>
@@ -55,10 +56,13 @@ frmPruefliste::frmPruefliste(std::vector<kontenregeln::Kontobefund> befunde, int
     auto *kopf = new QLabel(
         m_befunde.empty()
             ? QStringLiteral("Alle Konten des Buchungsjahres %1 sind richtig definiert.").arg(jahr)
-            : QStringLiteral("%1 Konten mit %2 fehlerhaften Definitionen. Eingabetaste oder "
-                             "Doppelklick zeigt das Konto auf seiner Registerseite.")
-                  .arg(konten.size())
-                  .arg(m_befunde.size()),
+            : QStringLiteral("%1 mit %2. Eingabetaste oder Doppelklick zeigt das Konto auf "
+                             "seiner Registerseite.")
+                  .arg(kontenregeln::anzahl(konten.size(), QStringLiteral("Konto"),
+                                            QStringLiteral("Konten")),
+                       kontenregeln::anzahl(qint64(m_befunde.size()),
+                                            QStringLiteral("fehlerhaften Definition"),
+                                            QStringLiteral("fehlerhaften Definitionen"))),
         this);
     kopf->setWordWrap(true);
     layout->addWidget(kopf);
@@ -72,8 +76,8 @@ frmPruefliste::frmPruefliste(std::vector<kontenregeln::Kontobefund> befunde, int
     for (const auto &b : m_befunde) {
         QString meldung = b.meldung;
         meldung.replace(QStringLiteral("\r\n"), QStringLiteral(" "));
-        auto *zeile = new QTreeWidgetItem(
-            {b.kontoNr, kontentexte::Registerseiten[b.seite - 1], b.feld, meldung});
+        auto *zeile = new QTreeWidgetItem({b.kontoNr, kontentexte::Registerseiten[b.seite - 1],
+                                           kontenregeln::feldBeschriftung(b.feld), meldung});
         zeile->setToolTip(3, b.meldung);
         m_liste->addTopLevelItem(zeile);
     }

@@ -1,6 +1,7 @@
 #include "Jahresbefehle.h"
 
 #include "accounts/Kontentexte.h"
+#include "accounts/regeln/Feldbeschriftungen.h"
 #include "accounts/regeln/Jahrespruefung.h"
 #include "jahr/Jahreswechsel.h"
 #include "jahr/KontenCsv.h"
@@ -12,6 +13,7 @@
 #include <cstdio>
 #include <unistd.h>
 
+using kontenregeln::anzahl;
 using platform::storage::Database;
 
 namespace {
@@ -53,6 +55,19 @@ QString einzeilig(QString text)
     return text.replace(QStringLiteral("\r\n"), QStringLiteral(" ")).replace(u'\n', u' ');
 }
 
+QString konten(qint64 n)
+{
+    return anzahl(n, QStringLiteral("Konto"), QStringLiteral("Konten"));
+}
+
+qint64 kontenDesJahres(Database &db, int jahr)
+{
+    return db
+        .scalar(QStringLiteral("SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoJJ = ?"),
+                {jahr})
+        .toLongLong();
+}
+
 int jahreswechsel(Database &db, const Aufruf &a)
 {
     const auto e = jahr::jahreswechsel(db, *a.jahr, *a.nachJahr, a.ohneSchreiben,
@@ -63,10 +78,13 @@ int jahreswechsel(Database &db, const Aufruf &a)
         aus() << "abweichende Definitionen bei Konto " << abw.kontoNr << ": "
               << abw.felder.join(QStringLiteral(", ")) << '\n';
     }
-    aus() << "Zusammenfassung: " << e.neu.size() << " Konten "
-          << (a.ohneSchreiben ? "würden" : "wurden") << " von " << *a.jahr << " nach "
-          << *a.nachJahr << " übernommen, " << e.abweichend.size()
-          << " Konten haben abweichende Definitionen, " << e.gleich << " sind gleich.\n";
+    const bool eines = e.neu.size() == 1;
+    aus() << "Zusammenfassung: " << konten(e.neu.size()) << ' '
+          << (a.ohneSchreiben ? (eines ? "würde" : "würden") : (eines ? "wurde" : "wurden"))
+          << " von " << *a.jahr << " nach " << *a.nachJahr << " übernommen, "
+          << konten(qint64(e.abweichend.size())) << (e.abweichend.size() == 1 ? " hat" : " haben")
+          << " abweichende Definitionen, " << e.gleich << (e.gleich == 1 ? " ist" : " sind")
+          << " gleich.\n";
     if (a.ohneSchreiben)
         aus() << "Vorschau: es wurde nichts geschrieben.\n";
     return 0;
@@ -76,19 +94,17 @@ int pruefen(Database &db, const Aufruf &a)
 {
     const auto befunde
         = kontenregeln::jahrPruefen(db, *a.jahr, fortschritt(QStringLiteral("Konten geprüft")));
-    QSet<QString> konten;
+    QSet<QString> fehlerhaft;
     for (const auto &b : befunde) {
-        konten.insert(b.kontoNr);
+        fehlerhaft.insert(b.kontoNr);
         aus() << "Konto " << b.kontoNr << " | Seite " << b.seite << " "
-              << kontentexte::Registerseiten[b.seite - 1] << " | Feld " << b.feld << " | "
-              << einzeilig(b.meldung) << '\n';
+              << kontentexte::Registerseiten[b.seite - 1] << " | Feld "
+              << kontenregeln::feldBeschriftung(b.feld) << " | " << einzeilig(b.meldung) << '\n';
     }
-    const qint64 alle = db.scalar(QStringLiteral("SELECT COUNT(*) FROM ObjKanzleiKontenstamm "
-                                                 "WHERE KontoJJ = ?"),
-                                  {*a.jahr})
-                            .toLongLong();
-    aus() << "Zusammenfassung: " << alle << " Konten des Buchungsjahres " << *a.jahr << " geprüft, "
-          << konten.size() << " fehlerhaft (" << befunde.size() << " Befunde).\n";
+    aus() << "Zusammenfassung: " << konten(kontenDesJahres(db, *a.jahr)) << " des Buchungsjahres "
+          << *a.jahr << " geprüft, " << fehlerhaft.size() << " fehlerhaft ("
+          << anzahl(qint64(befunde.size()), QStringLiteral("Befund"), QStringLiteral("Befunde"))
+          << ").\n";
     return befunde.empty() ? 0 : 1;
 }
 
@@ -100,8 +116,8 @@ int exportieren(Database &db, const Aufruf &a)
         err() << e.fehler << '\n';
         return 2;
     }
-    aus() << "Zusammenfassung: " << e.konten << " Konten des Buchungsjahres " << *a.jahr << " nach "
-          << a.datei << " geschrieben.\n";
+    aus() << "Zusammenfassung: " << konten(e.konten) << " des Buchungsjahres " << *a.jahr
+          << " nach " << a.datei << " geschrieben.\n";
     return 0;
 }
 
@@ -110,20 +126,34 @@ int importieren(Database &db, const Aufruf &a)
     const auto e = jahr::importieren(db, *a.jahr, a.datei, a.ohneSchreiben,
                                      fortschritt(QStringLiteral("Zeilen geprüft")));
     for (const auto &f : e.fehler) {
-        aus() << "Zeile " << f.zeile;
-        if (!f.feld.isEmpty())
-            aus() << ", Feld " << f.feld;
-        aus() << ": " << einzeilig(f.meldung) << '\n';
+        // Line 0: the file as a whole.
+        if (f.zeile > 0)
+            aus() << "Zeile " << f.zeile << (f.feld.isEmpty() ? "" : ", Feld ") << f.feld << ": ";
+        aus() << einzeilig(f.meldung) << '\n';
     }
-    aus() << "Zusammenfassung: " << e.konten << " Zeilen gelesen, " << e.fehler.size()
-          << " Fehler; ";
+    aus() << "Zusammenfassung: "
+          << anzahl(e.konten, QStringLiteral("Zeile"), QStringLiteral("Zeilen")) << " gelesen, "
+          << e.fehler.size() << " Fehler; ";
     if (e.geschrieben)
-        aus() << e.konten << " Konten in das Buchungsjahr " << *a.jahr << " eingefügt.\n";
+        aus() << konten(e.konten) << " in das Buchungsjahr " << *a.jahr << " eingefügt.\n";
     else if (a.ohneSchreiben)
         aus() << "Probelauf: nichts geschrieben.\n";
     else
         aus() << "nichts geschrieben.\n";
     return e.fehler.empty() ? 0 : 1;
+}
+
+// A year without accounts is most often a mistyped year: the tools that read it say so instead
+// of reporting that all went well (and export writes no empty file over an existing one).
+bool leeresJahr(Database &db, const Aufruf &a)
+{
+    if (a.art == Aufruf::Art::Import || kontenDesJahres(db, *a.jahr) > 0)
+        return false;
+    const char *folge = a.art == Aufruf::Art::Pruefen ? "es wurde nichts geprüft"
+        : a.art == Aufruf::Art::Export                ? "es wurde keine Datei geschrieben"
+                                                      : "es wurde nichts übernommen";
+    err() << "Das Buchungsjahr " << *a.jahr << " enthält keine Konten; " << folge << ".\n";
+    return true;
 }
 
 } // namespace
@@ -138,6 +168,10 @@ int jahresbefehlAusfuehren(const Aufruf &a)
 {
     try {
         auto db = Database::open(a.datenbank);
+        if (leeresJahr(*db, a)) {
+            err().flush();
+            return 1;
+        }
         int ergebnis = 2;
         switch (a.art) {
         case Aufruf::Art::Jahreswechsel:

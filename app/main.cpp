@@ -64,16 +64,23 @@ int letztesBuchungsjahr(Database &db)
 
 int main(int argc, char **argv)
 {
+    // The command line comes first: --help, a mistyped option and the tools without a screen
+    // must work where there is no display (over ssh, from cron).
     QStringList argumente;
     for (int i = 1; i < argc; ++i)
         argumente << QString::fromLocal8Bit(argv[i]);
     QString fehler;
     const auto aufruf = befehlszeileLesen(argumente, fehler);
-    const bool ohneBildschirm = aufruf
-        && (istJahreswerkzeug(*aufruf) || aufruf->art == Aufruf::Art::Init
-            || aufruf->art == Aufruf::Art::Demo);
-    if (ohneBildschirm) {
-        // Making a database and the year tools need no display.
+    if (!aufruf) {
+        err() << fehler << Qt::endl;
+        return 2;
+    }
+    if (aufruf->art == Aufruf::Art::Hilfe) {
+        QTextStream(stdout) << befehlszeilenHilfe();
+        return 0;
+    }
+    if (istJahreswerkzeug(*aufruf) || aufruf->art == Aufruf::Art::Init
+        || aufruf->art == Aufruf::Art::Demo) {
         QCoreApplication app(argc, argv);
         app.setApplicationName(QStringLiteral("zepKontenStamm"));
         app.setOrganizationName(QStringLiteral("zep"));
@@ -85,7 +92,7 @@ int main(int argc, char **argv)
         }
         try {
             auto db = neueDatenbank(a.datenbank, a.art == Aufruf::Art::Demo);
-            QTextStream(stdout) << frame::zusammenfassung(*db);
+            QTextStream(stdout) << frame::zusammenfassung(*db) << '\n';
         } catch (const RuntimeError &e) {
             err() << "Fehler " << e.nummer() << ": " << e.beschreibung() << Qt::endl;
             return 2;
@@ -96,15 +103,6 @@ int main(int argc, char **argv)
     platform::Anwendung app(argc, argv);
     app.setApplicationName(QStringLiteral("zepKontenStamm"));
     app.setOrganizationName(QStringLiteral("zep"));
-    if (!aufruf) {
-        err() << fehler << Qt::endl;
-        return 2;
-    }
-    if (aufruf->art == Aufruf::Art::Hilfe) {
-        QTextStream(stdout) << befehlszeilenHilfe();
-        return 0;
-    }
-
     Aufruf a = *aufruf;
     if (a.hilfedatei.isEmpty())
         a.hilfedatei = mitgelieferteHilfe();
@@ -117,7 +115,6 @@ int main(int argc, char **argv)
         } else {
             db = Database::open(a.datenbank);
         }
-        QTextStream(stdout) << frame::zusammenfassung(*db);
         const int jahr = a.jahr.value_or(letztesBuchungsjahr(*db));
         if (jahr == 0 && !a.jahr) {
             err() << "Die Datenbank enthält noch kein Buchungsjahr; bitte --jahr angeben."

@@ -4,6 +4,10 @@
 The account screen's grouping is fixed (form, tab strip, the seven page frames, the shared
 operating-cost VAT frame, the data frame, the PVA frame); positions are ours. Edit the table and
 run the script again rather than editing the .ui by hand.
+
+It also writes accounts/regeln/Feldbeschriftungen.inc: the caption the screen shows for each
+entry field, combo and check box, so that lists of faulty fields name them as the user reads
+them.
 """
 import os
 from xml.sax.saxutils import escape
@@ -14,8 +18,15 @@ from xml.sax.saxutils import escape
 C = []
 
 
-def add(name, kind, parent, text, x, y, w, h, source="", field="", tip=""):
+# The label that names a control (control -> label), or the caption of a control the screen
+# shows without a label (control -> text, marked with a leading "=").
+BESCHRIFTUNG = {}
+
+
+def add(name, kind, parent, text, x, y, w, h, source="", field="", tip="", label=None):
     C.append((name, kind, parent, text, x, y, w, h, source, field, tip))
+    if label:
+        BESCHRIFTUNG[name] = label
 
 
 FORM = "frmKontenStamm"
@@ -23,7 +34,7 @@ TIP_VERDICHT = "Definition unterschiedliche Darstellungsmöglichkeiten des Konto
 
 # --- form: number, buttons, year ---
 add("lblBankltz", "L", FORM, "KontoNummer", 12, 10, 96, 16)
-add("inpKontoNr", "I", FORM, "", 12, 28, 96, 26)
+add("inpKontoNr", "I", FORM, "", 12, 28, 96, 26, label="lblBankltz")
 add("cmdKontoEinlesen", "B", FORM, "Kontenstammsatz  lesen / speichern", 118, 12, 124, 42)
 add("cmdKontoNeueröff", "B", FORM, "Kontenstammsatz neu", 248, 12, 110, 42)
 add("cmdKontoLöschen", "B", FORM, "Kontenstammsatz löschen    ", 364, 12, 110, 42)
@@ -57,26 +68,28 @@ def row(page, r):
 
 
 def zeile(parent, r, label, text, inp=None, field=None, combo=None, tip_inp="", tip_combo="",
-          source="KKData"):
+          source="KKData", caption=None):
     y = row(parent, r)
     if label:
         add(label, "L", parent, text, LX, y + 4, LW, 16)
     if inp:
-        add(inp, "I", parent, "", IX, y, IW, H, source, field, tip_inp)
+        add(inp, "I", parent, "", IX, y, IW, H, source, field, tip_inp, label=label or caption)
     if combo:
-        add(combo, "C", parent, "", CX, y, CW, H, tip=tip_combo)
+        add(combo, "C", parent, "", CX, y, CW, H, tip=tip_combo, label=label or caption)
 
 
 # --- page 0: general ---
 P = "frame1_0"
 zeile(P, 0, "lblKtobez", "Konto-Bezeichnung:")
-add("inpKontoBezeichnung", "I", P, "", IX, row(P, 0), 350, H, "KKData", "KontoBezeichnung")
+add("inpKontoBezeichnung", "I", P, "", IX, row(P, 0), 350, H, "KKData", "KontoBezeichnung",
+    label="lblKtobez")
 add("lblKontoBezeichnung", "L", P, "", 680, row(P, 0) + 4, 180, 16)
 zeile(P, 1, "Label2", "Konto-Typus:", "inpKontoTypus", "KontoTypus", "cmbKontoTypus")
 zeile(P, 2, "Label3", "Konto-UstProzentsatz (Vorsteuer-Vorschlag):", "inpKontoUstProz",
       "KontoUstProz", "cmbKontoUstProz")
 zeile(P, 3, "Label4", "Konto-UstKontoNummer:")
-add("inpKontoUstKtoNr", "I", P, "", IX, row(P, 3), 80, H, "KKData", "KontoUstKtoNr")
+add("inpKontoUstKtoNr", "I", P, "", IX, row(P, 3), 80, H, "KKData", "KontoUstKtoNr",
+    label="Label4")
 add("Label1", "L", P, "=", 406, row(P, 3) + 4, 12, 16)
 add("lblUstKontoBezeich", "L", P, "#", 422, row(P, 3) + 4, 440, 16)
 zeile(P, 4, "lblZusatzdatenJn", "ZusatzDaten J/N:", "inpKontoZusatzDatenJN", "KontoZusatzdatenJn",
@@ -85,22 +98,31 @@ zeile(P, 5, "lblVoranmPos", "Voranmeldungs-Position:", "inpKontoVoranmPos", "Kon
       "cmbKontoVoranmPos")
 add("lblCode75", "L", P, "Code 088 war bis zum Jahr 2008 Code 075!!!", 680, row(P, 5) + 4, 186, 32)
 zeile(P, 6, "Label33", "Vorsteuerkürzungsschlüssel Zeile", "inpKontoVSTKuerz", "KontoVSTKuerz")
-add("chckPVAZusatz", "K", P, "Steuerkonto Zusatzliste", CX, row(P, 6), 240, H)
+add("chckPVAZusatz", "K", P, "Steuerkonto Zusatzliste", CX, row(P, 6), 240, H,
+    label="chckPVAZusatz")
 zeile(P, 7, "Label8", "Anmerkungen zur Kontoverwendung:")
-add("inpKontoAnmerkung1", "I", P, "", IX, row(P, 7), 540, H, "KKData", "KontoAnmerkung1")
-add("inpKontoAnmerkung2", "I", P, "", IX, row(P, 8), 540, H, "KKData", "KontoAnmerkung2")
+add("inpKontoAnmerkung1", "I", P, "", IX, row(P, 7), 540, H, "KKData", "KontoAnmerkung1",
+    label="Label8")
+add("inpKontoAnmerkung2", "I", P, "", IX, row(P, 8), 540, H, "KKData", "KontoAnmerkung2",
+    label="Label8")
 add("frm_pva", "F", P, "", 12, row(P, 9) + 4, 852, 90)
 add("Label32", "L", "frm_pva", "SAP Kontonr:", 12, 24, 96, 16)
-add("inpKtonummer", "I", "frm_pva", "", 112, 20, 84, H, "KKData", "KontoSAPKtNr2")
-add("inpKtonummer_alt", "T", "frm_pva", "", 202, 20, 84, H)
-add("inpSAPKontoNr", "I", "frm_pva", "", 292, 20, 84, H, "KKData", "KontoSAPKtNr")
-add("inpSachkontoNr", "I", "frm_pva", "", 382, 20, 84, H, "KKData", "KontoSachKTNr")
+add("inpKtonummer", "I", "frm_pva", "", 112, 20, 84, H, "KKData", "KontoSAPKtNr2",
+    label="Label32")
+add("inpKtonummer_alt", "T", "frm_pva", "", 202, 20, 84, H, label="Label32")
+add("inpSAPKontoNr", "I", "frm_pva", "", 292, 20, 84, H, "KKData", "KontoSAPKtNr",
+    label="Label32")
+add("inpSachkontoNr", "I", "frm_pva", "", 382, 20, 84, H, "KKData", "KontoSachKTNr",
+    label="Label32")
 add("Label34", "L", "frm_pva", "Buchungsart:", 12, 58, 96, 16)
-add("inpBuchungsArt", "I", "frm_pva", "", 112, 54, 44, H, "KKData", "KontoBuchArt")
+add("inpBuchungsArt", "I", "frm_pva", "", 112, 54, 44, H, "KKData", "KontoBuchArt",
+    label="Label34")
 add("Label35", "L", "frm_pva", "ZL-Sperre:", 202, 58, 84, 16)
-add("inpZLSperre", "I", "frm_pva", "", 292, 54, 44, H, "KKData", "KontoZLSperre")
+add("inpZLSperre", "I", "frm_pva", "", 292, 54, 44, H, "KKData", "KontoZLSperre",
+    label="Label35")
 add("Label36", "L", "frm_pva", "Verdicht-KZ:", 382, 58, 84, 16)
-add("inpVerdichtKZ", "I", "frm_pva", "", 472, 54, 44, H, "KKData", "KontoVerdichtKZ")
+add("inpVerdichtKZ", "I", "frm_pva", "", 472, 54, 44, H, "KKData", "KontoVerdichtKZ",
+    label="Label36")
 
 # --- page 1: operating-cost statement ---
 P = "frame1_1"
@@ -116,15 +138,18 @@ zeile(P, 3, "Label6", "Bk-Abr-Aufteilungsschlüssel (Obj-Stamm/Obj-Schlüssel):"
       tip_inp="NOTWENDIG für die Aufteilung dieses Kontos in der BK-Abrechnung")
 add("Label31", "L", P, "[NOTWENDIG für die Aufteilung dieses Kontos in der BK-Abrechnung]", CX,
     row(P, 3) + 4, 460, 16)
-zeile(P, 4, None, None, "inpEstgPflichtig", "KontoEstgpflichtig", "cmbEstgPflichtig")
+zeile(P, 4, None, None, "inpEstgPflichtig", "KontoEstgpflichtig", "cmbEstgPflichtig",
+      caption="=EstG pflichtig")
 
 # --- page 2: statement after the Austrian standard ---
 P = "frame1_2"
 zeile(P, 0, "lblKostenArt", "KontenArt:", "inpKostenArt", "KontoÖNORMAbrKontenArt", "cmbKostenArt")
 zeile(P, 1, "lblAbrPos2", "ÖNORM A4000-Abrechnung Konto-Abrech.Position:")
-add("inpAbrechPosition", "I", P, "", IX, row(P, 1), IW, H, "KKData", "KontoÖNORMAbrPos_I_II_III")
-add("inpAbrechPosition2", "I", P, "", CX, row(P, 1), IW, H, "KKData", "KontoÖNORMAbrPos_ABC")
-add("cmbAbrPos2", "C", P, "", CX + 50, row(P, 1), CW, H)
+add("inpAbrechPosition", "I", P, "", IX, row(P, 1), IW, H, "KKData", "KontoÖNORMAbrPos_I_II_III",
+    label="lblAbrPos2")
+add("inpAbrechPosition2", "I", P, "", CX, row(P, 1), IW, H, "KKData", "KontoÖNORMAbrPos_ABC",
+    label="lblAbrPos2")
+add("cmbAbrPos2", "C", P, "", CX + 50, row(P, 1), CW, H, label="lblAbrPos2")
 
 # --- page 3: owners' statement ---
 P = "frame1_3"
@@ -151,13 +176,15 @@ zeile(P, 1, "Label27", "Hmz-Konto-Darstellung in Hauptmietzinsreserve:",
 # --- shared frame of pages 2 and 3 ---
 P = "fraBkUstSchl"
 add("Label16", "L", P, "BK-Block-Auswahl:", LX, 30, 290, 16)
-add("inpBkBlockPos", "I", P, "", 308, 26, IW, H, "KKData", "KontoBkBlockPos")
+add("inpBkBlockPos", "I", P, "", 308, 26, IW, H, "KKData", "KontoBkBlockPos", label="Label16")
 add("cmbBkBlockPos", "C", P, "", 358, 26, 250, H,
-    tip="In welchen BK-Block mündet das Konto [BK-Block: Blockbez. (Önorm-Schlüssel)]")
+    tip="In welchen BK-Block mündet das Konto [BK-Block: Blockbez. (Önorm-Schlüssel)]",
+    label="Label16")
 add("Label29", "L", P, "[BK-Block: Blockbez. (Önorm-Schlüssel)]", 616, 30, 230, 16)
 add("Label18", "L", P, "Abr.-UstProzentsatz:", LX, 62, 290, 16)
-add("inpAbrUstProz", "I", P, "", 308, 58, IW, H, "KKData", "KontoAbrUstProz")
-add("cmbBkAbrUstProz", "C", P, "", 358, 58, 250, H, tip="Ust-Satz des Kontos in BK-Abrechnung")
+add("inpAbrUstProz", "I", P, "", 308, 58, IW, H, "KKData", "KontoAbrUstProz", label="Label18")
+add("cmbBkAbrUstProz", "C", P, "", 358, 58, 250, H, tip="Ust-Satz des Kontos in BK-Abrechnung",
+    label="Label18")
 add("Label30", "L", P, "[Ust-Satz des Kontos in BK-Abrechnung]", 616, 62, 230, 16)
 
 # --- page 6: closing data ---
@@ -165,10 +192,12 @@ P = "frame1_6"
 zeile(P, 0, "Label9", "Konto-Abschluß-Art:", "inpKontoAbschlArt", "KontoAbschlArt",
       "cmbKontoAbschlArt")
 zeile(P, 1, "Label17", "SBK- / GUV-Konto:")
-add("inpKontoSbkGuvKontoNr", "I", P, "", IX, row(P, 1), 80, H, "KKData", "KontoSbkGuvKontoNr")
+add("inpKontoSbkGuvKontoNr", "I", P, "", IX, row(P, 1), 80, H, "KKData", "KontoSbkGuvKontoNr",
+    label="Label17")
 add("lblSbkGuvKontoNrBezeich", "L", P, "#", 410, row(P, 1) + 4, 450, 16)
 zeile(P, 2, "Label19", "EBK-Konto:")
-add("inpKontoEbkKontoNr", "I", P, "", IX, row(P, 2), 80, H, "KKData", "KontoEbkKontoNr")
+add("inpKontoEbkKontoNr", "I", P, "", IX, row(P, 2), 80, H, "KKData", "KontoEbkKontoNr",
+    label="Label19")
 add("lblEbkKontoNrBezeich", "L", P, "#", 410, row(P, 2) + 4, 450, 16)
 # balance-sheet position: headings, then the values
 y = row(P, 3)
@@ -179,7 +208,7 @@ add("Label23", "L", P, "1,2,3", 476, y, 44, 16)
 add("Label24", "L", P, "a,b,c", 524, y, 44, 16)
 y += 18
 add("Label20", "L", P, "Bilanz-Position:", LX, y + 4, LW, 16)
-add("inpBilPosAktPass", "I", P, "", IX, y, 56, H, "KKData", "KontoBilPosAktPass")
+add("inpBilPosAktPass", "I", P, "", IX, y, 56, H, "KKData", "KontoBilPosAktPass", label="Label20")
 add("lblBilPosABC", "L", P, "", 380, y + 4, 44, 16, "KKData", "KontoBilPosABC")
 add("lblBilPosRöm", "L", P, "", 428, y + 4, 44, 16, "KKData", "KontoBilPosRöm")
 add("lblBilPosArab", "L", P, "", 476, y + 4, 44, 16, "KKData", "KontoBilPosArab")
@@ -193,16 +222,16 @@ add("cmdBilPosStamm", "B", P, "Bilanzposition Stamm", IX + 176, y, 170, 30)
 add("cmdBilPosloeschen", "B", P, "Bilanzposition leer setzen", IX + 352, y, 170, 30)
 y += 44
 add("Label28", "L", P, "Bilanz-Position: (analog ZL7)", LX, y + 4, LW, 16)
-add("inpBilZl7Pos1", "I", P, "", IX, y, 50, H, "KKData", "KontoPos1")
-add("inpBilZl7Pos2", "I", P, "", IX + 56, y, 50, H, "KKData", "KontoPos2")
-add("inpBilZl7Pos3", "I", P, "", IX + 112, y, 50, H, "KKData", "KontoPos3")
+add("inpBilZl7Pos1", "I", P, "", IX, y, 50, H, "KKData", "KontoPos1", label="Label28")
+add("inpBilZl7Pos2", "I", P, "", IX + 56, y, 50, H, "KKData", "KontoPos2", label="Label28")
+add("inpBilZl7Pos3", "I", P, "", IX + 112, y, 50, H, "KKData", "KontoPos3", label="Label28")
 add("lblBilZl7PosText", "L", P, "#", IX + 170, y + 4, 370, 16)
 y += 32
 add("cmdZl7BilPosAuswahl", "B", P, "ZL7 Bilanzposition auswählen", IX, y, 200, 30)
 add("cmdZl7BilPosStamm", "B", P, "ZL7 Bilanzposition Stamm", IX + 206, y, 200, 30)
 y += 44
-add("inpKontoPVAKz", "I", P, "", IX, y, IW, H, "KKData", "KontoPVAKz")
-add("cmbKontoPVAKz", "C", P, "", CX, y, CW, H)
+add("inpKontoPVAKz", "I", P, "", IX, y, IW, H, "KKData", "KontoPVAKz", label="=PVA-Kennzeichen")
+add("cmbKontoPVAKz", "C", P, "", CX, y, CW, H, label="=PVA-Kennzeichen")
 
 TABS = ["Allgemein", "BkAbr-Definitionen", "ÖN-A4000-Definitionen", "HeAbr-Definitionen",
         "Beibl-Definitionen", "HMZ-Definitionen", "Abschl-Definitionen"]
@@ -285,6 +314,29 @@ def main():
     with open(ziel, "w", encoding="utf-8") as f:
         f.write(text)
     print(f"{ziel}: {len(C)} Steuerelemente")
+    beschriftungen_schreiben()
+
+
+def beschriftungen_schreiben():
+    texte = {c[0]: c[3] for c in C}
+    zeilen = []
+    for c in C:
+        name, kind = c[0], c[1]
+        if kind not in "ICKT":
+            continue
+        label = BESCHRIFTUNG.get(name)
+        if label is None:
+            raise SystemExit(f"{name}: keine Beschriftung (label= oder caption= angeben)")
+        text = label[1:] if label.startswith("=") else texte[label]
+        text = text.strip().rstrip(":").strip()
+        zeilen.append(f'{{u"{name}", u"{text}"}},')
+    ziel = os.path.join(os.path.dirname(__file__), "..", "accounts", "regeln",
+                        "Feldbeschriftungen.inc")
+    with open(ziel, "w", encoding="utf-8") as f:
+        f.write("// Written by scripts/ui-kontenstamm.py from its control table; edit the table "
+                "there.\n")
+        f.write("\n".join(zeilen) + "\n")
+    print(f"{ziel}: {len(zeilen)} Beschriftungen")
 
 
 main()

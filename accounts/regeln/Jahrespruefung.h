@@ -11,7 +11,7 @@
 namespace kontenregeln {
 
 // A faulty definition of one account: the message as the screen words it, the register page
-// and the control that holds the field.
+// and the control that holds the field (feldBeschriftung() names it as the screen does).
 struct Kontobefund
 {
     QString kontoNr;

@@ -826,13 +826,16 @@ private slots:
             QVERIFY(d);
             auto *liste = d->findChild<QTreeWidget *>("lstBefunde");
             zeilen = liste->topLevelItemCount();
-            erste = liste->topLevelItem(0)->text(0) + '|' + liste->topLevelItem(0)->text(1);
+            const QTreeWidgetItem *z = liste->topLevelItem(0);
+            erste = z->text(0) + '|' + z->text(1) + '|' + z->text(2);
             liste->setCurrentItem(liste->topLevelItem(1));
             QTest::keyClick(liste, Qt::Key_Return);
         });
         c<QPushButton>("cmdPruefliste")->click();
         QCOMPARE(zeilen, 2);
-        QCOMPARE(erste, "1200|BkAbr-Definitionen");
+        // Page and field as the screen captions them.
+        QCOMPARE(erste, "1200|BkAbr-Definitionen|BK-Mieter-/Eigentümer-Abr");
+        QCOMPARE(c<QLabel>("Label5")->text(), "BK-Mieter-/Eigentümer-Abr:");
         QCOMPARE(aktuell(), "2000");
         QCOMPARE(m_form->seite(), 7);
         QTRY_COMPARE(m_form->focusWidget(), c("inpKontoEbkKontoNr"));

@@ -1,8 +1,11 @@
-// The kontenstamm program as a user starts it: bad options and unreadable databases end with a
-// German message and exit code 2; --init and --demo make databases that open again.
+// The kontenstamm program as a user starts it, on a terminal without a display (over ssh, from
+// cron) where it needs none: help, bad options and the year tools; the screen's refusals with
+// exit code 2 and nothing on standard output; --init and --demo make databases that open again.
+#include "platform/storage/Database.h"
+
 #include <QFileInfo>
 #include <QProcess>
-#include <QScopeGuard>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -11,10 +14,12 @@ class tst_Host : public QObject
     Q_OBJECT
 
 private slots:
-    void abbruchMitCode2_data();
-    void abbruchMitCode2();
+    void initTestCase();
+    void aufruf_data();
+    void aufruf();
     void initUndDemoLegenDatenbankAn();
     void jahreswerkzeugeOhneBildschirm();
+    void einKontoHeisstKonto();
 
 private:
     struct Ergebnis
@@ -23,22 +28,22 @@ private:
         QString aus;
         QString fehler;
     };
-    Ergebnis starten(const QStringList &argumente);
+    Ergebnis starten(const QStringList &argumente, bool bildschirm = false);
+    QString pfad(const char *name) const { return m_dir.filePath(QString::fromUtf8(name)); }
     QTemporaryDir m_dir;
-    bool m_ohneBildschirm = false;
 };
 
-tst_Host::Ergebnis tst_Host::starten(const QStringList &argumente)
+tst_Host::Ergebnis tst_Host::starten(const QStringList &argumente, bool bildschirm)
 {
     QProcess p;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    env.insert(QStringLiteral("XDG_DATA_HOME"), m_dir.filePath(QStringLiteral("daten")));
-    if (m_ohneBildschirm) {
+    env.insert(QStringLiteral("XDG_DATA_HOME"), pfad("daten"));
+    env.remove(QStringLiteral("DISPLAY"));
+    env.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    if (bildschirm)
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    else
         env.remove(QStringLiteral("QT_QPA_PLATFORM"));
-        env.remove(QStringLiteral("DISPLAY"));
-        env.remove(QStringLiteral("WAYLAND_DISPLAY"));
-    }
     p.setProcessEnvironment(env);
     p.start(QStringLiteral(ZEP_KONTENSTAMM), argumente);
     Ergebnis e;
@@ -52,40 +57,95 @@ tst_Host::Ergebnis tst_Host::starten(const QStringList &argumente)
     return e;
 }
 
-void tst_Host::abbruchMitCode2_data()
+// A demo database (years 2025 and 2026) with one faulty account in 2033, and an empty one.
+void tst_Host::initTestCase()
 {
-    QTest::addColumn<QStringList>("argumente");
-    QTest::addColumn<QString>("meldungEnthaelt");
-    QTest::newRow("unbekannte Option") << QStringList {"--gibtsnicht"} << "--gibtsnicht";
-    QTest::newRow("Jahr keine Zahl") << QStringList {"--jahr", "zweitausend"} << "zweitausend";
-    QTest::newRow("Datei fehlt") << QStringList {"--datenbank", "/nirgends/kanzlei.zdb", "--jahr",
-                                                 "2024"}
-                                 << "Fehler";
-    QTest::newRow("keine Datenbank")
-        << QStringList {"--datenbank", QStringLiteral(ZEP_KONTENSTAMM), "--jahr", "2024"}
-        << "Fehler";
+    QCOMPARE(starten({QStringLiteral("--demo"), pfad("demo.zdb")}).code, 0);
+    QCOMPARE(starten({QStringLiteral("--init"), pfad("leer.zdb")}).code, 0);
+    auto db = platform::storage::Database::open(pfad("demo.zdb"));
+    db->execute(
+        QStringLiteral("INSERT INTO ObjKanzleiKontenstamm (KontoNr, KontoJJ, "
+                       "KontoBezeichnung, KontoAbrUstProz) VALUES ('12', 2033, 'Kurz', 100)"));
 }
 
-void tst_Host::abbruchMitCode2()
+void tst_Host::aufruf_data()
+{
+    QTest::addColumn<QStringList>("argumente"); // "DB" stands for the demo database
+    QTest::addColumn<bool>("bildschirm");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QStringList>("aus"); // expected in standard output; none: nothing there
+    QTest::addColumn<QString>("fehler"); // expected in standard error
+    QTest::newRow("hilfe") << QStringList {"--help"} << false << 0
+                           << QStringList {"Aufruf: kontenstamm"} << "";
+    QTest::newRow("unbekannte Option") << QStringList {"--gibtsnicht"} << false << 2
+                                       << QStringList() << "Unbekannte Option: \"--gibtsnicht\"";
+    QTest::newRow("Jahr keine Zahl")
+        << QStringList {"--jahr", "zweitausend"} << false << 2 << QStringList() << "zweitausend";
+    QTest::newRow("Werkzeug mit falscher Option")
+        << QStringList {"pruefen", "2026", "--datenbnak", "k.zdb"} << false << 2 << QStringList()
+        << "Unbekannte Option: \"--datenbnak\"";
+    QTest::newRow("pruefen leeres Jahr")
+        << QStringList {"pruefen", "2031", "--datenbank", "DB"} << false << 1 << QStringList()
+        << "Das Buchungsjahr 2031 enthält keine Konten; es wurde nichts geprüft.";
+    QTest::newRow("export leeres Jahr")
+        << QStringList {"export", "2031", "leer.csv", "--datenbank", "DB"} << false << 1
+        << QStringList() << "Das Buchungsjahr 2031 enthält keine Konten";
+    QTest::newRow("jahreswechsel aus leerem Jahr")
+        << QStringList {"jahreswechsel", "2031", "2032", "--datenbank", "DB"} << false << 1
+        << QStringList() << "Das Buchungsjahr 2031 enthält keine Konten";
+    QTest::newRow("pruefen nennt Seite und Feld wie der Bildschirm")
+        << QStringList {"pruefen", "2033", "--datenbank", "DB"} << false << 1
+        << QStringList {"Konto 12 | Seite 1 Allgemein | Feld KontoNummer | ",
+                        "1 Konto des Buchungsjahres 2033 geprüft, 1 fehlerhaft (1 Befund)."}
+        << "";
+    QTest::newRow("pruefen Datenbank fehlt")
+        << QStringList {"pruefen", "2026", "--datenbank", "/nirgends/k.zdb"} << false << 2
+        << QStringList() << "Fehler";
+    QTest::newRow("Bildschirm: Datei fehlt")
+        << QStringList {"--datenbank", "/nirgends/kanzlei.zdb", "--jahr", "2024"} << true << 2
+        << QStringList() << "Fehler";
+    QTest::newRow("Bildschirm: keine Datenbank")
+        << QStringList {"--datenbank", QStringLiteral(ZEP_KONTENSTAMM), "--jahr", "2024"} << true
+        << 2 << QStringList() << "Fehler";
+    QTest::newRow("Bildschirm: kein Buchungsjahr")
+        << QStringList {"--datenbank", "LEER"} << true << 2 << QStringList()
+        << "Die Datenbank enthält noch kein Buchungsjahr";
+}
+
+void tst_Host::aufruf()
 {
     QFETCH(QStringList, argumente);
-    QFETCH(QString, meldungEnthaelt);
-    const Ergebnis e = starten(argumente);
-    QCOMPARE(e.code, 2);
-    QVERIFY2(e.fehler.contains(meldungEnthaelt), qPrintable(e.fehler));
+    QFETCH(bool, bildschirm);
+    QFETCH(int, code);
+    QFETCH(QStringList, aus);
+    QFETCH(QString, fehler);
+    argumente.replaceInStrings(QRegularExpression(QStringLiteral("^DB$")), pfad("demo.zdb"));
+    argumente.replaceInStrings(QRegularExpression(QStringLiteral("^LEER$")), pfad("leer.zdb"));
+    argumente.replaceInStrings(QRegularExpression(QStringLiteral("^leer.csv$")), pfad("leer.csv"));
+    const Ergebnis e = starten(argumente, bildschirm);
+    QVERIFY2(e.code == code, qPrintable(QString::number(e.code) + ' ' + e.aus + e.fehler));
+    if (aus.isEmpty())
+        QVERIFY2(e.aus.isEmpty(), qPrintable(e.aus));
+    for (const QString &text : aus)
+        QVERIFY2(e.aus.contains(text), qPrintable(e.aus));
+    QVERIFY2(e.fehler.contains(fehler), qPrintable(e.fehler));
+    // Nothing is written for a year without accounts.
+    QVERIFY(!QFileInfo::exists(pfad("leer.csv")));
 }
 
 void tst_Host::initUndDemoLegenDatenbankAn()
 {
-    const QString leer = m_dir.filePath(QStringLiteral("leer.zdb"));
+    const QString leer = pfad("neu.zdb");
     Ergebnis e = starten({QStringLiteral("--init"), leer});
     QCOMPARE(e.code, 0);
     QVERIFY(QFileInfo::exists(leer));
+    QVERIFY2(e.aus.endsWith(QStringLiteral("Zeilen\n")), qPrintable(e.aus));
 
-    const QString demo = m_dir.filePath(QStringLiteral("demo.zdb"));
+    const QString demo = pfad("demo2.zdb");
     e = starten({QStringLiteral("--demo"), demo});
     QCOMPARE(e.code, 0);
     QVERIFY2(e.aus.contains(QStringLiteral("ObjKanzleiKontenstamm")), qPrintable(e.aus));
+    QVERIFY(e.aus.endsWith(u'\n'));
 
     // A second --init on the same file must not overwrite it.
     const QByteArray vorher = [&] {
@@ -101,16 +161,14 @@ void tst_Host::initUndDemoLegenDatenbankAn()
 
 void tst_Host::jahreswerkzeugeOhneBildschirm()
 {
-    const QString demo = m_dir.filePath(QStringLiteral("werkzeuge.zdb"));
+    const QString demo = pfad("werkzeuge.zdb");
     QCOMPARE(starten({QStringLiteral("--demo"), demo}).code, 0);
-    m_ohneBildschirm = true;
-    const auto ende = qScopeGuard([this] { m_ohneBildschirm = false; });
     const QStringList db {QStringLiteral("--datenbank"), demo};
 
     Ergebnis e = starten(QStringList {"pruefen", "2026"} + db);
     QCOMPARE(e.code, 0);
     QVERIFY2(e.aus.contains("Zusammenfassung: 314 Konten des Buchungsjahres 2026 geprüft, 0 "
-                            "fehlerhaft"),
+                            "fehlerhaft (0 Befunde)."),
              qPrintable(e.aus + e.fehler));
 
     e = starten(QStringList {"jahreswechsel", "2026", "2027", "--vorschau"} + db);
@@ -123,7 +181,7 @@ void tst_Host::jahreswerkzeugeOhneBildschirm()
                             "abweichende Definitionen, 314 sind gleich"),
              qPrintable(e.aus));
 
-    const QString csv = m_dir.filePath(QStringLiteral("2027.csv"));
+    const QString csv = pfad("2027.csv");
     e = starten(QStringList {"export", "2027", csv} + db);
     QCOMPARE(e.code, 0);
     e = starten(QStringList {"import", "2030", csv, "--probelauf"} + db);
@@ -134,13 +192,49 @@ void tst_Host::jahreswerkzeugeOhneBildschirm()
     // A second import finds every account there already: errors, exit code 1, nothing written.
     e = starten(QStringList {"import", "2030", csv} + db);
     QCOMPARE(e.code, 1);
-    QVERIFY(e.aus.contains("Feld KontoNr: Konto 999998 ist im Buchungsjahr 2030 bereits "
+    QVERIFY(e.aus.contains(", Feld KontoNr: Konto 999998 ist im Buchungsjahr 2030 bereits "
                            "vorhanden"));
-    e = starten(QStringList {"import", "2030", m_dir.filePath("fehlt.csv")} + db);
+    e = starten(QStringList {"import", "2030", pfad("fehlt.csv")} + db);
     QCOMPARE(e.code, 1);
-    QVERIFY(e.aus.contains("kann nicht gelesen werden"));
-    e = starten(QStringList {"pruefen", "2026", "--datenbank", "/nirgends/k.zdb"});
-    QCOMPARE(e.code, 2);
+    QVERIFY2(e.aus.startsWith("Die Datei " + pfad("fehlt.csv") + " kann nicht gelesen werden"),
+             qPrintable(e.aus));
+
+    // Exporting a year without accounts leaves an older file of that name as it was.
+    e = starten(QStringList {"export", "2031", csv} + db);
+    QCOMPARE(e.code, 1);
+    e = starten(QStringList {"import", "2032", csv, "--probelauf"} + db);
+    QVERIFY2(e.aus.contains("314 Zeilen gelesen, 0 Fehler"), qPrintable(e.aus));
+}
+
+// The summaries speak of one account in the singular.
+void tst_Host::einKontoHeisstKonto()
+{
+    const QString demo = pfad("einzeln.zdb");
+    QCOMPARE(starten({QStringLiteral("--init"), demo}).code, 0);
+    const QStringList db {QStringLiteral("--datenbank"), demo};
+    const QString csv = pfad("ein-konto.csv");
+    {
+        QFile f(csv);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write("KontoNr;KontoBezeichnung\r\n4000;Erlöse\r\n");
+    }
+    Ergebnis e = starten(QStringList {"import", "2034", csv} + db);
+    QVERIFY2(e.aus.contains("1 Zeile gelesen, 0 Fehler; 1 Konto in das Buchungsjahr 2034 "
+                            "eingefügt."),
+             qPrintable(e.aus + e.fehler));
+    e = starten(QStringList {"pruefen", "2034"} + db);
+    QVERIFY2(e.aus.contains("1 Konto des Buchungsjahres 2034 geprüft, 0 fehlerhaft (0 Befunde)."),
+             qPrintable(e.aus));
+    e = starten(QStringList {"export", "2034", csv} + db);
+    QVERIFY2(e.aus.contains("1 Konto des Buchungsjahres 2034 nach"), qPrintable(e.aus));
+    e = starten(QStringList {"jahreswechsel", "2034", "2035"} + db);
+    QVERIFY2(e.aus.contains("1 Konto wurde von 2034 nach 2035 übernommen, 0 Konten haben "
+                            "abweichende Definitionen, 0 sind gleich."),
+             qPrintable(e.aus));
+    e = starten(QStringList {"jahreswechsel", "2034", "2035"} + db);
+    QVERIFY2(e.aus.contains("0 Konten wurden von 2034 nach 2035 übernommen, 0 Konten haben "
+                            "abweichende Definitionen, 1 ist gleich."),
+             qPrintable(e.aus));
 }
 
 QTEST_GUILESS_MAIN(tst_Host)
