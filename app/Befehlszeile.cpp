@@ -43,10 +43,15 @@ QString befehlszeilenHilfe()
         "  kontenstamm pruefen JAHR\n"
         "      prüft die Definitionen aller Konten des Jahres (Rückgabewert 1 bei Fehlern)\n"
         "  kontenstamm export JAHR DATEI.csv\n"
-        "      schreibt die Konten des Jahres als CSV (UTF-8, Strichpunkt, Kopfzeile)\n"
+        "      schreibt die Konten des Jahres als CSV (UTF-8 mit Byte-Order-Mark, wie Excel es\n"
+        "      erkennt; Strichpunkt, Kopfzeile)\n"
         "  kontenstamm import JAHR DATEI.csv [--probelauf]\n"
         "      prüft jede Zeile und fügt die Konten in das Jahr ein, nur wenn keine fehlerhaft\n"
-        "      ist; --probelauf prüft nur\n");
+        "      ist; --probelauf prüft nur. Liest UTF-8 und Windows-1252 (\"CSV (Trennzeichen-\n"
+        "      getrennt)\" aus Excel)\n"
+        "\n"
+        "Rückgabewert der Jahreswerkzeuge: 0 alles in Ordnung, 1 fehlerhafte Konten oder Zeilen\n"
+        "oder ein Buchungsjahr ohne Konten, 2 die Arbeit konnte nicht getan werden.\n");
 }
 
 namespace {

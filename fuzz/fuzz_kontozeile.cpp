@@ -25,11 +25,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *daten, size_t laenge)
     (void)kontenregeln::kontoPruefen(z, s, e.zahl());
 
     const QString text
-        = QString::fromUtf8(reinterpret_cast<const char *>(daten), qsizetype(laenge));
-    std::vector<QStringList> saetze;
-    std::vector<int> zeilen;
-    QString fehler;
-    if (jahr::csvLesen(text, saetze, zeilen, fehler) && saetze.size() != zeilen.size())
-        __builtin_trap();
+        = jahr::csvText(QByteArray(reinterpret_cast<const char *>(daten), qsizetype(laenge)));
+    // Records come in the order of their lines, each after the one before.
+    int zeile = 0;
+    for (const jahr::CsvSatz &satz : jahr::csvLesen(text)) {
+        if (satz.zeile <= zeile)
+            __builtin_trap();
+        zeile = satz.zeile;
+    }
     return 0;
 }

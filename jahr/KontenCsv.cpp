@@ -123,70 +123,124 @@ QString csvFeld(const QString &wert)
     return u'"' + QString(wert).replace(QStringLiteral("\""), QStringLiteral("\"\"")) + u'"';
 }
 
-bool csvLesen(const QString &text, std::vector<QStringList> &saetze, std::vector<int> &zeilen,
-              QString &fehler)
+namespace {
+
+const QString OffeneAnfuehrung = QStringLiteral("Anführungszeichen wird nicht geschlossen");
+
+// Windows-1252 in 0x80 to 0x9F; the five unassigned bytes keep their value, as Windows does.
+constexpr char16_t Cp1252[32] = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
+};
+
+bool zeilenende(QChar c)
 {
-    QStringList satz;
-    QString feld;
-    bool inAnfuehrung = false;
-    bool satzBegonnen = false;
+    return c == u'\r' || c == u'\n';
+}
+
+// Past the line break at `i` (CRLF counts as one).
+qsizetype nachZeilenende(QStringView text, qsizetype i)
+{
+    if (i < text.size() && text.at(i) == u'\r')
+        ++i;
+    if (i < text.size() && text.at(i) == u'\n')
+        ++i;
+    return i;
+}
+
+} // namespace
+
+std::vector<CsvSatz> csvLesen(QStringView text)
+{
+    std::vector<CsvSatz> saetze;
+    const qsizetype n = text.size();
+    qsizetype i = 0;
     int zeile = 1;
-    int satzZeile = 1;
-    const auto satzEnde = [&] {
-        satz << feld;
-        feld.clear();
-        saetze.push_back(satz);
-        zeilen.push_back(satzZeile);
-        satz.clear();
-        satzBegonnen = false;
-    };
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar c = text.at(i);
-        if (!satzBegonnen) {
-            satzBegonnen = true;
-            satzZeile = zeile;
-        }
-        if (inAnfuehrung) {
-            if (c == u'"') {
-                if (i + 1 < text.size() && text.at(i + 1) == u'"') {
+    while (i < n) {
+        CsvSatz satz;
+        satz.zeile = zeile;
+        QString feld;
+        bool inAnfuehrung = false;
+        bool hatteAnfuehrung = false;
+        qsizetype anfuehrung = -1; // where the last quote opened, and its line
+        int anfuehrungZeile = 0;
+        QString fehler;
+        for (; i < n; ++i) {
+            const QChar c = text.at(i);
+            if (inAnfuehrung) {
+                if (c != u'"') {
+                    if (c == u'\n' || (c == u'\r' && (i + 1 >= n || text.at(i + 1) != u'\n')))
+                        ++zeile;
+                    feld += c;
+                } else if (i + 1 < n && text.at(i + 1) == u'"') {
                     feld += u'"';
                     ++i;
+                } else if (i + 1 < n && text.at(i + 1) != u';' && !zeilenende(text.at(i + 1))) {
+                    // Text after the closing quote: most often the quote of a later field that
+                    // ended a quote left open earlier.
+                    fehler = zeile == anfuehrungZeile
+                        ? QStringLiteral("Text nach dem schließenden Anführungszeichen")
+                        : OffeneAnfuehrung;
+                    break;
                 } else {
                     inAnfuehrung = false;
                 }
+                continue;
+            }
+            if (c == u'"' && feld.isEmpty()) {
+                inAnfuehrung = hatteAnfuehrung = true;
+                anfuehrung = i;
+                anfuehrungZeile = zeile;
+            } else if (c == u';') {
+                satz.felder << feld;
+                feld.clear();
+            } else if (zeilenende(c)) {
+                break;
             } else {
-                if (c == u'\n')
-                    ++zeile;
                 feld += c;
             }
+        }
+        if (inAnfuehrung && fehler.isEmpty())
+            fehler = OffeneAnfuehrung;
+        if (!fehler.isEmpty()) {
+            // The record ends with the line of its open quote; the next line is read afresh.
+            satz.felder.clear();
+            satz.fehler = fehler;
+            i = anfuehrung;
+            while (i < n && !zeilenende(text.at(i)))
+                ++i;
+            i = nachZeilenende(text, i);
+            zeile = anfuehrungZeile + 1;
+            saetze.push_back(std::move(satz));
             continue;
         }
-        if (c == u'"' && feld.isEmpty()) {
-            inAnfuehrung = true;
-        } else if (c == u';') {
-            satz << feld;
-            feld.clear();
-        } else if (c == u'\r' || c == u'\n') {
-            if (c == u'\r' && i + 1 < text.size() && text.at(i + 1) == u'\n')
-                ++i;
-            ++zeile;
-            // Empty lines carry no account.
-            if (satz.isEmpty() && feld.isEmpty())
-                satzBegonnen = false;
-            else
-                satzEnde();
-        } else {
-            feld += c;
-        }
+        i = nachZeilenende(text, i);
+        ++zeile;
+        // An empty line carries no account.
+        if (satz.felder.isEmpty() && feld.isEmpty() && !hatteAnfuehrung)
+            continue;
+        satz.felder << feld;
+        saetze.push_back(std::move(satz));
     }
-    if (inAnfuehrung) {
-        fehler
-            = QStringLiteral("Zeile %1: Anführungszeichen wird nicht geschlossen").arg(satzZeile);
-        return false;
+    return saetze;
+}
+
+QString csvText(const QByteArray &daten)
+{
+    QByteArrayView rest(daten);
+    if (rest.startsWith("\xEF\xBB\xBF"))
+        rest = rest.sliced(3);
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString text = utf8.decode(rest);
+    if (!utf8.hasError())
+        return text;
+    QString cp1252(daten.size(), Qt::Uninitialized);
+    for (qsizetype i = 0; i < daten.size(); ++i) {
+        const auto b = static_cast<unsigned char>(daten.at(i));
+        cp1252[i] = b >= 0x80 && b < 0xA0 ? QChar(Cp1252[b - 0x80]) : QChar(b);
     }
-    if (satzBegonnen && (!satz.isEmpty() || !feld.isEmpty()))
-        satzEnde();
-    return true;
+    return cp1252;
 }
 
 ExportErgebnis exportieren(Database &db, int jahr, const QString &datei,
@@ -204,7 +258,7 @@ ExportErgebnis exportieren(Database &db, int jahr, const QString &datei,
     QStringList kopf;
     for (const Spalte *s : spalten)
         kopf << s->name;
-    f.write(kopf.join(u';').toUtf8() + "\r\n");
+    f.write("\xEF\xBB\xBF" + kopf.join(u';').toUtf8() + "\r\n");
     for (const Kontozeile &z : konten) {
         QStringList felder;
         for (const Spalte *s : spalten)
@@ -236,23 +290,13 @@ ImportErgebnis importieren(Database &db, int jahr, const QString &datei, bool pr
                    .arg(datei, f.errorString()));
         return ergebnis;
     }
-    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    QString text = utf8.decode(f.readAll());
-    if (utf8.hasError()) {
-        fehler(0, {}, QStringLiteral("Die Datei ist nicht in UTF-8 geschrieben."));
-        return ergebnis;
-    }
-    if (text.startsWith(QChar(0xFEFF)))
-        text.remove(0, 1);
-    std::vector<QStringList> saetze;
-    std::vector<int> zeilen;
-    QString lesefehler;
-    if (!csvLesen(text, saetze, zeilen, lesefehler)) {
-        fehler(0, {}, lesefehler);
-        return ergebnis;
-    }
+    const std::vector<CsvSatz> saetze = csvLesen(csvText(f.readAll()));
     if (saetze.empty()) {
         fehler(1, {}, QStringLiteral("Die Datei ist leer: die Kopfzeile mit den Feldnamen fehlt."));
+        return ergebnis;
+    }
+    if (!saetze.front().fehler.isEmpty()) {
+        fehler(saetze.front().zeile, {}, saetze.front().fehler);
         return ergebnis;
     }
 
@@ -263,19 +307,21 @@ ImportErgebnis importieren(Database &db, int jahr, const QString &datei, bool pr
         bekannt.insert(s->name.toLower(), s);
     std::vector<const Spalte *> kopf;
     QSet<QString> gesehen;
-    for (const QString &name : saetze.front()) {
+    const int kopfZeile = saetze.front().zeile;
+    for (const QString &name : saetze.front().felder) {
         const Spalte *s = bekannt.value(name.trimmed().toLower());
         if (!s) {
-            fehler(1, name, QStringLiteral("Unbekanntes Feld \"%1\"").arg(name));
+            fehler(kopfZeile, name, QStringLiteral("Unbekanntes Feld \"%1\"").arg(name));
         } else if (gesehen.contains(s->name)) {
-            fehler(1, name, QStringLiteral("Feld \"%1\" steht zweimal in der Kopfzeile").arg(name));
+            fehler(kopfZeile, name,
+                   QStringLiteral("Feld \"%1\" steht zweimal in der Kopfzeile").arg(name));
         }
         if (s)
             gesehen.insert(s->name);
         kopf.push_back(s);
     }
     if (!gesehen.contains(QStringLiteral("KontoNr")))
-        fehler(1, QStringLiteral("KontoNr"),
+        fehler(kopfZeile, QStringLiteral("KontoNr"),
                QStringLiteral("Die Kopfzeile nennt kein Feld KontoNr"));
     if (!ergebnis.fehler.empty())
         return ergebnis;
@@ -300,9 +346,13 @@ ImportErgebnis importieren(Database &db, int jahr, const QString &datei, bool pr
     std::vector<int> kontoZeilen;
     QHash<QString, int> nummern; // number -> line
     for (size_t i = 1; i < saetze.size(); ++i) {
-        const QStringList &satz = saetze[i];
-        const int zeile = zeilen[i];
+        const QStringList &satz = saetze[i].felder;
+        const int zeile = saetze[i].zeile;
         ++ergebnis.konten;
+        if (!saetze[i].fehler.isEmpty()) {
+            fehler(zeile, {}, saetze[i].fehler);
+            continue;
+        }
         if (satz.size() != qsizetype(kopf.size())) {
             fehler(zeile, {},
                    QStringLiteral("%1 Felder statt %2").arg(satz.size()).arg(kopf.size()));

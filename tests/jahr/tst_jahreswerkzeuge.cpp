@@ -1,5 +1,5 @@
 // The year tools on both engines: carrying accounts into the next year, the whole-year check,
-// the CSV export and import with their refusals.
+// the CSV export and import with their refusals and the files Excel writes.
 #include "accounts/regeln/Jahrespruefung.h"
 #include "common/TestDatenbank.h"
 #include "jahr/Jahreswechsel.h"
@@ -209,6 +209,10 @@ private slots:
         const auto aus = jahr::exportieren(*m_db, 2024, csv);
         QVERIFY2(aus.fehler.isEmpty(), qPrintable(aus.fehler));
         QCOMPARE(aus.konten, 3);
+        // The byte-order mark makes Excel read the file as UTF-8.
+        QFile f(csv);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QVERIFY(f.readAll().startsWith("\xEF\xBB\xBFKontoNr;"));
 
         auto ein = jahr::importieren(*m_db, 2030, csv, true);
         QVERIFY(ein.fehler.empty());
@@ -267,12 +271,12 @@ private slots:
                                       << "kein Feld KontoNr";
         QTest::newRow("leer") << QByteArray() << 1 << ""
                               << "Kopfzeile";
-        QTest::newRow("anfuehrung") << kopf + "3000;\"offen;0;\r\n"
-                                    << 0 << ""
-                                    << "Anführungszeichen";
-        QTest::newRow("kein utf8") << kopf + "3000;Erl\xf6se;0;\r\n"
-                                   << 0 << ""
-                                   << "UTF-8";
+        QTest::newRow("anfuehrung") << kopf + gut + "3000;\"offen;0;\r\n"
+                                    << 3 << ""
+                                    << "Anführungszeichen wird nicht geschlossen";
+        QTest::newRow("anfuehrung im kopf")
+            << QByteArray("KontoNr;\"Kontobez\r\n3000;x\r\n") << 1 << ""
+            << "Anführungszeichen wird nicht geschlossen";
         QTest::newRow("einschleusung")
             << kopf + "3000;\"x'); DROP TABLE ObjKanzleiKontenstamm; --\";0;\r\n5000;ok;9;\r\n"
             << 3 << "KontoTypus"
@@ -317,33 +321,111 @@ private slots:
                  100);
     }
 
+    // One stray quote neither hides the lines after it nor swallows them into one record.
+    void importNenntJedeFehlerhafteZeile()
+    {
+        const QByteArray text = "KontoNr;KontoBezeichnung;KontoTypus\r\n"
+                                "12;Kurz;0\r\n"
+                                "4000;\"Erlöse offen;0\r\n"
+                                "5000;Typ;3\r\n"
+                                "6000;\"Text mit \"\"Zitat\"\"\";0\r\n"
+                                "7000;\"Aufwand\" Rest;0\r\n";
+        const auto e = jahr::importieren(*m_db, 2024, datei("zeilen.csv", text), false);
+        QStringList gemeldet;
+        for (const auto &f : e.fehler)
+            gemeldet << QString::number(f.zeile) + ' ' + f.feld + ": "
+                    + f.meldung.section(' ', 0, 2);
+        QCOMPARE(gemeldet,
+                 QStringList({"2 KontoNr: Sachkonten-Kontonummern müssen mindestens",
+                              "3 : Anführungszeichen wird nicht",
+                              "4 KontoTypus: ungültiger Wert in", "6 : Text nach dem"}));
+        QCOMPARE(e.konten, 5);
+        QCOMPARE(anzahl(2024), 0);
+    }
+
+    // The same account in every form a Windows office sends it.
+    void importKodierungen_data()
+    {
+        QTest::addColumn<QByteArray>("inhalt");
+        const QByteArray kopf = "KontoNr;KontoBezeichnung;KontoAnmerkung1\r\n";
+        const QByteArray utf8 = "4000;Mieterl\xC3\xB6se \xE2\x82\xAC;\"a; \"\"b\"\"\nc\"\r\n";
+        const QByteArray cp1252 = "4000;Mieterl\xF6se \x80;\"a; \"\"b\"\"\nc\"\r\n";
+        const auto lf = [](QByteArray b) {
+            return b.replace("\r\n", "\n");
+        };
+        QTest::newRow("utf-8 mit bom, crlf") << "\xEF\xBB\xBF" + kopf + utf8;
+        QTest::newRow("utf-8 ohne bom, lf") << lf(kopf + utf8);
+        QTest::newRow("windows-1252, crlf") << kopf + cp1252;
+        QTest::newRow("windows-1252, lf") << lf(kopf + cp1252);
+    }
+    void importKodierungen()
+    {
+        QFETCH(QByteArray, inhalt);
+        const auto e = jahr::importieren(*m_db, 2024, datei("kodierung.csv", inhalt), false);
+        QVERIFY2(e.fehler.empty(), e.fehler.empty() ? "" : qPrintable(e.fehler[0].meldung));
+        QCOMPARE(m_db->scalar("SELECT KontoBezeichnung FROM ObjKanzleiKontenstamm").toString(),
+                 "Mieterlöse €");
+        QCOMPARE(m_db->scalar("SELECT KontoAnmerkung1 FROM ObjKanzleiKontenstamm").toString(),
+                 "a; \"b\"\nc");
+    }
+
+    // A list as Excel saves "CSV (Trennzeichen-getrennt)": Windows-1252, CRLF, quotes only where
+    // a cell holds ';', a quote or a line break (which Excel writes as LF).
+    void importExcelDatei()
+    {
+        const auto e = jahr::importieren(*m_db, 2024, QFINDTESTDATA("excel-konten.csv"), false);
+        QVERIFY2(e.fehler.empty(), e.fehler.empty() ? "" : qPrintable(e.fehler[0].meldung));
+        QCOMPARE(e.konten, 4);
+        const auto text = [&](const char *spalte, const char *nr) {
+            return m_db
+                ->scalar(QStringLiteral("SELECT %1 FROM ObjKanzleiKontenstamm WHERE KontoNr = ?")
+                             .arg(spalte),
+                         {nr})
+                .toString();
+        };
+        QCOMPARE(text("KontoBezeichnung", "4000"), "Mieterlöse Wohnungen");
+        QCOMPARE(text("KontoAnmerkung1", "4000"), "Hauptmiete; Betriebskosten getrennt");
+        QCOMPARE(text("KontoBezeichnung", "4010"), "Erlöse \"Geschäftslokal\" Straße");
+        QCOMPARE(text("KontoAnmerkung1", "7200"), "Dach erneuert\nFassade – Angebot 12.500 €");
+        QCOMPARE(text("KontoUstKtoNr", "4010"), "2500");
+    }
+
+    // Records as "line: field|field", a faulty record as "line: !".
     void csvFelder_data()
     {
         QTest::addColumn<QString>("text");
-        QTest::addColumn<QList<QStringList>>("saetze");
-        QTest::newRow("einfach") << "a;b\nc;d" << QList<QStringList> {{"a", "b"}, {"c", "d"}};
-        QTest::newRow("leere felder") << ";;\r\n" << QList<QStringList> {{"", "", ""}};
-        QTest::newRow("anfuehrung") << "\"a;b\";\"c\"\"d\"\n"
-                                    << QList<QStringList> {{"a;b", "c\"d"}};
-        QTest::newRow("zeilenumbruch") << "\"a\nb\";c\n" << QList<QStringList> {{"a\nb", "c"}};
-        QTest::newRow("leere zeilen") << "\n\na\n\n" << QList<QStringList> {{"a"}};
+        QTest::addColumn<QStringList>("saetze");
+        QTest::newRow("einfach") << "a;b\nc;d" << QStringList {"1: a|b", "2: c|d"};
+        QTest::newRow("crlf und cr") << "a;b\r\nc\rd\r\n" << QStringList {"1: a|b", "2: c", "3: d"};
+        QTest::newRow("leere felder") << ";;\r\n" << QStringList {"1: ||"};
+        QTest::newRow("anfuehrung") << "\"a;b\";\"c\"\"d\"\n" << QStringList {"1: a;b|c\"d"};
+        QTest::newRow("zeilenumbruch") << "\"a\r\nb\";c\r\nx\n"
+                                       << QStringList {"1: a\r\nb|c", "3: x"};
+        QTest::newRow("leere zeilen") << "\n\na\n\n" << QStringList {"3: a"};
+        QTest::newRow("offen bis zum ende") << "a\n\"b;c\nd;e\n"
+                                            << QStringList {"1: a", "2: !", "3: d|e"};
+        QTest::newRow("offen bis zur naechsten anfuehrung")
+            << "\"b;c\nd;\"e\"\nf\n"
+            << QStringList {"1: !", "2: d|e", "3: f"};
+        QTest::newRow("text nach anfuehrung") << "\"ab\"c;d\nx" << QStringList {"1: !", "2: x"};
     }
     void csvFelder()
     {
         QFETCH(QString, text);
-        QFETCH(QList<QStringList>, saetze);
-        std::vector<QStringList> gelesen;
-        std::vector<int> zeilen;
-        QString fehler;
-        QVERIFY(jahr::csvLesen(text, gelesen, zeilen, fehler));
-        QCOMPARE(QList<QStringList>(gelesen.begin(), gelesen.end()), saetze);
-        for (const QStringList &s : saetze) {
+        QFETCH(QStringList, saetze);
+        QStringList gelesen;
+        for (const jahr::CsvSatz &s : jahr::csvLesen(text)) {
+            gelesen << QString::number(s.zeile) + ": "
+                    + (s.fehler.isEmpty() ? s.felder.join('|') : QStringLiteral("!"));
+        }
+        QCOMPARE(gelesen, saetze);
+        // Written back field by field, every good record reads the same again.
+        for (const jahr::CsvSatz &s : jahr::csvLesen(text)) {
             QStringList felder;
-            for (const QString &f : s)
+            for (const QString &f : s.felder)
                 felder << jahr::csvFeld(f);
-            std::vector<QStringList> zurueck;
-            QVERIFY(jahr::csvLesen(felder.join(';'), zurueck, zeilen, fehler));
-            QCOMPARE(zurueck.front(), s);
+            if (s.fehler.isEmpty() && !felder.join(';').isEmpty())
+                QCOMPARE(jahr::csvLesen(felder.join(';')).front().felder, s.felder);
         }
     }
 };
