@@ -56,7 +56,11 @@ void frmNeu::cmdOK_Click()
     }
     mks::NeueKontoNr = mks::festeLaenge6(nr);
     mks::LeseNr = mks::festeLaenge6(nr);
-    m_screen->KKChkSelect();
+    // Not knowing whether it exists (the look-up has been reported), the number is not taken.
+    if (!m_screen->KKChkSelect()) {
+        feld->setFocus();
+        return;
+    }
     if (mks::KontoGefunden) {
         MsgBox(texte::BereitsExistent);
         feld->setFocus();

@@ -55,7 +55,11 @@ void frmKrNeu::cmdOK_Click()
     }
     KrNeuNrText = mdlKontenStamm::festeLaenge6(wert);
     KrSuchNr = regeln::kontoNr(wert);
-    m_screen->KRChkSelect();
+    // Not knowing whether it exists (the look-up has been reported), the number is not taken.
+    if (!m_screen->KRChkSelect()) {
+        feld->setFocus();
+        return;
+    }
     if (KrGefunden) {
         platform::MsgBox(regeln::TextBereitsExistent);
         feld->setFocus();

@@ -70,6 +70,24 @@ protected:
     // unless a test sets its own step.
     std::function<void(frmKoBeginn &)> m_kopierDialog;
     int m_kopierDialoge = 0;
+    // Other modal dialogs (the number dialog, ...) that came up while fremdeDialogeAbweisen()
+    // watched; each is cancelled at once, so a test that expects none cannot hang.
+    int m_fremdeDialoge = 0;
+    std::unique_ptr<QTimer> m_wache;
+
+    void fremdeDialogeAbweisen()
+    {
+        m_wache = std::make_unique<QTimer>();
+        m_wache->setInterval(10);
+        QObject::connect(m_wache.get(), &QTimer::timeout, [this] {
+            auto *d = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+            if (d && d != m_form.get() && !qobject_cast<frmKoBeginn *>(d)) {
+                ++m_fremdeDialoge;
+                d->reject();
+            }
+        });
+        m_wache->start();
+    }
 
     bool eventFilter(QObject *obj, QEvent *ev) override
     {
@@ -163,6 +181,7 @@ protected:
     {
         m_kopierDialog = {};
         m_kopierDialoge = 0;
+        m_fremdeDialoge = 0;
         qApp->installEventFilter(this);
         mdlKontenStamm::zuruecksetzen();
         FehlerDialogAttrappe::s_berichte.clear();
@@ -186,6 +205,7 @@ protected:
     void basisCleanup()
     {
         qApp->removeEventFilter(this);
+        m_wache.reset();
         m_form.reset();
         m_db.reset();
         const QStringList warnungen = m_boxen->warnungen();

@@ -16,6 +16,7 @@
 #include "ui_frmKrNeu.h"
 #include "ui_frmKreditorenKontenStamm.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QLabel>
@@ -283,6 +284,16 @@ private slots:
         // The combo never changed the type itself: nothing was written.
         QCOMPARE(gespeichert(100, "KrKontoTypus").toString(), "0");
         QCOMPARE(gespeichert(200, "KrKontoTypus").toString(), "1");
+        // With the list open the keys pick no other type either.
+        auto *kombi = ui().cmbKontoTypus;
+        kombi->showPopup();
+        QTRY_VERIFY(kombi->view()->isVisible());
+        QTest::keyClick(kombi->view(), Qt::Key_PageDown);
+        QTest::keyClick(kombi->view(), Qt::Key_Return);
+        QTRY_VERIFY(!kombi->view()->isVisible());
+        QCOMPARE(kombi->currentIndex(), 0);
+        QCOMPARE(ui().inpKrKontoTypus->text(), "0");
+        QCOMPARE(nr(), 100);
     }
 
     void gespeicherterTypZweiIstUngueltig()
@@ -667,6 +678,92 @@ private slots:
         QCOMPARE(ui().inpKrKontoNr->text(), QString::number(danach));
         QCOMPARE(QApplication::focusWidget(), ui().inpKrKontoBezeichnung);
         QVERIFY(!kr::KrLöschungLäuft);
+    }
+
+    void nachDemLetztenKontoSchliessbar()
+    {
+        konto(100, "Alpha", "0");
+        oeffnen();
+        fokusAuf(ui().inpKrKontoBezeichnung);
+        ui().inpKrKontoBezeichnung->clear();
+        fokusVersuch(ui().inpKrKontoNr);
+        QVERIFY(mks::PruefungFehlgeschlagen);
+        // The faulty row goes; the check that failed on it must not keep the screen open.
+        m_boxen->antworte(vbYes);
+        QTest::mouseClick(ui().cmdKontoLöschen, Qt::LeftButton);
+        QCOMPARE(anzahl("KreditorenKontenstamm"), 0);
+        QVERIFY(m_form->close());
+        QCOMPARE(texte(),
+                 (QStringList {"KontoBezeichnung darf nicht leer gelassen werden",
+                               "KreditorenKontenstammsatz löschen ?"}));
+    }
+
+    void nachschlagenOhneTabelle_data()
+    {
+        QTest::addColumn<QString>("tabelle"); // made unreadable after loading
+        QTest::addColumn<QString>("aktion");
+        QTest::addColumn<QString>("ort");
+        QTest::addColumn<QStringList>("meldungen");
+        QTest::newRow("lesen") << "KreditorenKontenstamm"
+                               << "lesen"
+                               << "dllKontenStamm, in KrChkSelect" << QStringList();
+        QTest::newRow("neu") << "KreditorenKontenstamm"
+                             << "neu"
+                             << "dllKontenStamm, in KrChkSelect" << QStringList();
+        QTest::newRow("löschen")
+            << "KreditorenBuchungen"
+            << "löschen"
+            << "dllKontenStamm, in KrBuchungenSelect"
+            << QStringList {"KreditorenKontenstammsatz löschen ?",
+                            "KreditorenKonto mit der Konto-Nr: 100 wurde nicht gelöscht, da die "
+                            "Buchungen zu diesem Konto nicht gelesen werden konnten."};
+        QTest::newRow("typ") << "KreditorenBuchungen"
+                             << "typ"
+                             << "dllKontenStamm, in KrBuchungenSelect" << QStringList();
+    }
+
+    void nachschlagenOhneTabelle()
+    {
+        QFETCH(QString, tabelle);
+        QFETCH(QString, aktion);
+        QFETCH(QString, ort);
+        QFETCH(QStringList, meldungen);
+        standardKonten();
+        oeffnen();
+        // Leaving the number field reads it again, and with it the postings: not here.
+        fokusAuf(aktion == u"typ" ? ui().inpKrKontoTypus : ui().inpKrKontoBezeichnung);
+        m_db->execute("DROP TABLE " + tabelle);
+        if (aktion == u"lesen") {
+            // Not knowing whether 555 exists, nothing is read and no opening offered.
+            fokusAuf(ui().inpKrKontoNr);
+            ui().inpKrKontoNr->setText("555");
+            taste(Qt::Key_Return);
+            QCOMPARE(ui().inpKrKontoNr->text(), "100");
+        } else if (aktion == u"neu") {
+            bool gesehen = false;
+            bool offen = false;
+            imDialog(gesehen, [&](frmKrNeu &d) {
+                d.ui().inpNeuEröffKontoNr->setText("555");
+                QTest::mouseClick(d.ui().cmdOK, Qt::LeftButton);
+                offen = d.isVisible();
+                QTest::mouseClick(d.ui().cmdAbbrechen, Qt::LeftButton);
+            });
+            ui().cmdKontoNeueröff->click();
+            QVERIFY(gesehen);
+            QVERIFY(offen);
+        } else if (aktion == u"löschen") {
+            m_boxen->antworte(vbYes);
+            QTest::mouseClick(ui().cmdKontoLöschen, Qt::LeftButton);
+            QCOMPARE(anzahl("KreditorenKontenstamm"), 3);
+        } else {
+            // Without the postings no correction is made against them.
+            ui().inpKrKontoTypus->setText("1");
+            fokusAuf(ui().inpKrKontoBezeichnung);
+            QCOMPARE(ui().inpKrKontoTypus->text(), "1");
+        }
+        QCOMPARE(FehlerDialogAttrappe::s_berichte, QStringList {"3078|" + ort});
+        QCOMPARE(texte(), meldungen);
+        QCOMPARE(nr(), 100);
     }
 
     void loeschenNichtBestaetigt()
