@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QPointer>
 #include <QString>
 #include <QVariant>
 #include <QVariantList>
@@ -176,6 +177,7 @@ protected:
 
 private:
     void Form_Load();
+    void hilfeEinrichten();
     void verbinden();
     void inpKontoNr_GotFocus();
     void inpKontoNr_Validate(bool &Cancel);
@@ -236,4 +238,6 @@ private:
     // Set while the screen switches pages itself: no change guard then.
     bool m_seiteIntern = false;
     bool m_abrPosFehlen = false;
+    // The control that had the focus before the "?" button took it.
+    QPointer<QWidget> m_feldVorHilfe;
 };

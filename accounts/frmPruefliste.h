@@ -24,6 +24,8 @@ public:
     void waehlen();
 
 private:
+    void hilfeEinrichten();
+
     std::vector<jahr::Befund> m_befunde;
     QTreeWidget *m_liste = nullptr;
     int m_gewaehlt = -1;

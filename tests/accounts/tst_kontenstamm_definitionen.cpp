@@ -821,18 +821,24 @@ private slots:
         oeffnen();
         int zeilen = -1;
         QString erste;
+        QString hilfe;
         QTimer::singleShot(0, this, [&] {
             auto *d = qobject_cast<frmPruefliste *>(QApplication::activeModalWidget());
             QVERIFY(d);
             auto *liste = d->findChild<QTreeWidget *>("lstBefunde");
             zeilen = liste->topLevelItemCount();
             erste = liste->topLevelItem(0)->text(0) + '|' + liste->topLevelItem(0)->text(1);
+            // F1 on a line explains the field the line names.
+            liste->setFocus();
+            QTest::keyClick(liste, Qt::Key_F1);
+            hilfe = hilfeAnker() + '|' + d->befund(0).feld;
             liste->setCurrentItem(liste->topLevelItem(1));
             QTest::keyClick(liste, Qt::Key_Return);
         });
         c<QPushButton>("cmdPruefliste")->click();
         QCOMPARE(zeilen, 2);
         QCOMPARE(erste, "1200|BkAbr-Definitionen");
+        QCOMPARE(hilfe, "cmbBkENAbrDef|cmbBkENAbrDef");
         QCOMPARE(aktuell(), "2000");
         QCOMPARE(m_form->seite(), 7);
         QTRY_COMPARE(m_form->focusWidget(), c("inpKontoEbkKontoNr"));
