@@ -351,8 +351,11 @@ void Hilfefenster::suchtextGeaendert(const QString &text)
         m_trefferText->setText(QStringLiteral("%1 Treffer").arg(m_treffer));
     if (m_treffer == 0)
         return;
-    // Typing on: the first match from where the last one began.
+    // Typing on: the first match from where the last one began, or from the top of what the
+    // reader sees when that match is out of sight.
     QTextCursor c = m_anzeige->textCursor();
+    if (!c.hasSelection() || !m_anzeige->viewport()->rect().intersects(m_anzeige->cursorRect(c)))
+        c = m_anzeige->cursorForPosition(QPoint(0, 0));
     c.setPosition(c.selectionStart());
     m_anzeige->setTextCursor(c);
     weiterSuchen();
