@@ -63,7 +63,8 @@ std::shared_ptr<const Hilfedokument> Hilfedokument::laden(const QString &datei, 
     if (!info.isFile() || !f.open(QIODevice::ReadOnly))
         return scheitern(QStringLiteral("Die Hilfedatei %1 lässt sich nicht lesen.").arg(datei));
     if (f.size() > HoechstGroesse)
-        return scheitern(QStringLiteral("Die Hilfedatei %1 ist zu groß für die Anzeige.").arg(datei));
+        return scheitern(
+            QStringLiteral("Die Hilfedatei %1 ist zu groß für die Anzeige.").arg(datei));
     const QByteArray daten = f.readAll();
     if (daten.left(4096).contains('\0')) {
         return scheitern(QStringLiteral("Die Hilfedatei %1 ist keine HTML- oder Textdatei und "
@@ -77,7 +78,8 @@ std::shared_ptr<const Hilfedokument> Hilfedokument::laden(const QString &datei, 
     d->m_groesse = info.size();
     const bool html = QStringList {QStringLiteral("htm"), QStringLiteral("html")}.contains(
         info.suffix().toLower());
-    d->m_text = dekodieren(daten, html || Qt::mightBeRichText(QString::fromLatin1(daten.left(512))));
+    d->m_text
+        = dekodieren(daten, html || Qt::mightBeRichText(QString::fromLatin1(daten.left(512))));
     d->m_art = artNachEndung(pfad, d->m_text);
     if (d->m_art == QTextDocument::UnknownResource) {
         d->m_text = Qt::convertFromPlainText(d->m_text, Qt::WhiteSpaceNormal);

@@ -25,8 +25,8 @@ struct Hilfeabschnitt
 class Hilfedokument
 {
 public:
-    // The file `datei`, read anew only when its time or size changed since the last call. Null with a German
-    // message in `fehler` when it cannot be read or holds no text (a compiled help file of
+    // The file `datei`, read anew only when its time or size changed since the last call. Null with
+    // a German message in `fehler` when it cannot be read or holds no text (a compiled help file of
     // another system).
     static std::shared_ptr<const Hilfedokument> laden(const QString &datei,
                                                       QString *fehler = nullptr);

@@ -25,8 +25,9 @@ bool oeffnenFuer(const QString &datei, const QString &kontext, const QWidget *au
     QString fehler;
     const auto dokument = Hilfedokument::laden(datei, &fehler);
     if (!dokument) {
-        platform::MsgBox(fehler + QStringLiteral("\r\nEs kann keine Onlinehilfe angezeigt "
-                                                 "werden !"));
+        platform::MsgBox(fehler
+                         + QStringLiteral("\r\nEs kann keine Onlinehilfe angezeigt "
+                                          "werden !"));
         return false;
     }
     // The help must stay usable while a screen runs modally: it belongs to the modal window.

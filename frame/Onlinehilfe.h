@@ -12,8 +12,8 @@ namespace frame {
 // The help context of a control. Walking from the control up to its window, the first widget
 // whose "HelpContextID" property names an anchor of the session's help file, or whose
 // objectName does, first with the window's name in front ("frmKrNeu.cmdOK": names that several
-// screens use), then alone; "" (the beginning of the file) when none does. Without a readable help file: the
-// first HelpContextID on the way, else the window's objectName.
+// screens use), then alone; "" (the beginning of the file) when none does. Without a readable help
+// file: the first HelpContextID on the way, else the window's objectName.
 QString hilfekontext(const QWidget *steuerelement);
 
 // Shows the session's help at the context of `steuerelement`. Nothing happens when the session

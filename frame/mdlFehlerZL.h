@@ -9,9 +9,10 @@
 namespace mdlFehlerZL {
 
 // Reports `fehler` through the suite's error dialog zelAllgError: number, description, help
-// file and the help context of the focused control (empty and "0" without help), current program, error place (FehlerOrt), the two extra texts and a flag.
-// Keeps the dialog's answer in FehlerAntwort and clears FehlerOrt. When the dialog cannot be
-// created the user gets a German message box instead; error 482 of the dialog ends silently.
+// file and the help context of the focused control (empty and "0" without help), current program,
+// error place (FehlerOrt), the two extra texts and a flag. Keeps the dialog's answer in
+// FehlerAntwort and clears FehlerOrt. When the dialog cannot be created the user gets a German
+// message box instead; error 482 of the dialog ends silently.
 void FehlerMelden(const platform::RuntimeError &fehler);
 
 // Sets FehlerOrt and reports: what a procedure's trap does.

@@ -181,7 +181,8 @@ protected:
         qApp->installEventFilter(this);
         mdlKontenStamm::zuruecksetzen();
         // The host hands over its help file; the screen checks it when it loads.
-        mdlKontenStamm::AufrufInfo[mdlKontenStamm::slot::Hilfedatei] = QStringLiteral(ZEP_HILFE_QUELLE);
+        mdlKontenStamm::AufrufInfo[mdlKontenStamm::slot::Hilfedatei]
+            = QStringLiteral(ZEP_HILFE_QUELLE);
         FehlerDialogAttrappe::s_berichte.clear();
         m_fehlerDialog = std::make_unique<platform::KomponentenRegistrierung>(
             "zelAllgError", [] { return std::make_unique<FehlerDialogAttrappe>(); });

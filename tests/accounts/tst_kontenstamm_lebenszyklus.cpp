@@ -299,9 +299,10 @@ private slots:
     {
         QTest::addColumn<QString>("datei");
         QTest::addColumn<QStringList>("meldungen");
-        QTest::newRow("no help file") << QString()
-                                      << QStringList {"Die Definition für den App.Helpfile = leer\r\n"
-                                                      "Es kann keine Onlinehilfe angezeigt werden !"};
+        QTest::newRow("no help file")
+            << QString()
+            << QStringList {"Die Definition für den App.Helpfile = leer\r\n"
+                            "Es kann keine Onlinehilfe angezeigt werden !"};
         QTest::newRow("help file missing")
             << "/nicht/da/hilfe.html"
             << QStringList {"Die Hilfedatei (App.HelpFile) /nicht/da/hilfe.html ist nicht "

@@ -178,9 +178,10 @@ private slots:
         QStringList zeilen;
         for (platform::storage::Recordset rs(db, lesen); !rs.eof(); rs.MoveNext())
             zeilen << rs.feld(0).toString();
-        QCOMPARE(zeilen, (QStringList {QStringLiteral("2025 1000 Kassa"),
-                                       QStringLiteral("2026 0500 Erlöse Miete"),
-                                       QStringLiteral("2026 1000 Kassa")}));
+        QCOMPARE(zeilen,
+                 (QStringList {QStringLiteral("2025 1000 Kassa"),
+                               QStringLiteral("2026 0500 Erlöse Miete"),
+                               QStringLiteral("2026 1000 Kassa")}));
         QCOMPARE(boxen.anzahl(), 0);
     }
 

@@ -240,16 +240,18 @@ private slots:
         });
         ui().cmdKontoNeueröff->click();
         QVERIFY(gesehen);
-        QCOMPARE(anker, (QStringList {"frmKreditorenKontenStamm.cmbKontoTypus",
-                                      "frmKreditorenKontenStamm.cmdKontoLöschen",
-                                      "frmKrNeu.inpNeuEröffKontoNr"}));
+        QCOMPARE(anker,
+                 (QStringList {"frmKreditorenKontenStamm.cmbKontoTypus",
+                               "frmKreditorenKontenStamm.cmdKontoLöschen",
+                               "frmKrNeu.inpNeuEröffKontoNr"}));
         QVERIFY(texte().isEmpty());
 
         m_form.reset();
         mks::AufrufInfo[mks::slot::Hilfedatei] = QString();
         oeffnen();
-        QCOMPARE(texte(), QStringList {"Die Definition für den App.Helpfile = leer\r\n"
-                                       "Es kann keine Onlinehilfe angezeigt werden !"});
+        QCOMPARE(texte(),
+                 QStringList {"Die Definition für den App.Helpfile = leer\r\n"
+                              "Es kann keine Onlinehilfe angezeigt werden !"});
     }
 
     // --- loading and navigation ---

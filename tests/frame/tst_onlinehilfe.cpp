@@ -207,8 +207,9 @@ void tst_Onlinehilfe::hilfefenster()
     QStringList inhalt;
     for (QTreeWidgetItemIterator it(h->inhalt()); *it; ++it)
         inhalt << QString((*it)->parent() ? "  " : "") + (*it)->text(0);
-    QCOMPARE(inhalt, (QStringList {"Maske", "  Kontonummer", "  Löschen", "  OK anderswo",
-                                   "  OK hier", "Seiten", "  Zweite Seite", "  Siebente Seite"}));
+    QCOMPARE(inhalt,
+             (QStringList {"Maske", "  Kontonummer", "  Löschen", "  OK anderswo", "  OK hier",
+                           "Seiten", "  Zweite Seite", "  Siebente Seite"}));
 
     // Back and forward through the places shown; a click in the contents is one more place.
     QApplication::setActiveWindow(h);
@@ -237,8 +238,7 @@ void tst_Onlinehilfe::hilfefenster()
         QTest::keyClick(h->suchfeld(), Qt::Key_Return);
         abschnitte << h->abschnitt();
     }
-    QCOMPARE(abschnitte,
-             (QStringList {"Kontonummer", "Zweite Seite", "Kontonummer"}));
+    QCOMPARE(abschnitte, (QStringList {"Kontonummer", "Zweite Seite", "Kontonummer"}));
     QTest::keyClick(h->suchfeld(), Qt::Key_F3, Qt::ShiftModifier);
     QCOMPARE(h->abschnitt(), QStringLiteral("Zweite Seite"));
     h->suchfeld()->setText(QStringLiteral("gibt es nicht"));
@@ -304,12 +304,16 @@ void tst_Onlinehilfe::dateiformateDesHosts_data()
         << QByteArray("<html><head><meta charset=\"iso-8859-1\"><title>Gr\xfc\xdf"
                       "e</title></head><body><h1 id=\"inpK\xf6rper\">K\xf6rper</h1></body></html>")
         << "Grüße" << QStringList {"Körper"} << "Körper";
-    QTest::newRow("Markdown") << "hilfe.md" << QByteArray("# Kapitel\n\nText mit **Ä**.\n\n## Teil\n")
+    QTest::newRow("Markdown") << "hilfe.md"
+                              << QByteArray("# Kapitel\n\nText mit **Ä**.\n\n## Teil\n")
                               << "Kapitel" << QStringList {"Kapitel", "Teil"} << "Text mit Ä.";
-    QTest::newRow("plain text, UTF-8") << "hilfe.txt" << QByteArray("Zeile eins\n\nGr\xc3\xbc\xc3\x9f" "e")
+    QTest::newRow("plain text, UTF-8") << "hilfe.txt"
+                                       << QByteArray("Zeile eins\n\nGr\xc3\xbc\xc3\x9f"
+                                                     "e")
                                        << "hilfe.txt" << QStringList {} << "Grüße";
-    QTest::newRow("compiled help of another system") << "hilfe.chm" << QByteArray("ITSF\0\0\0\x03", 8)
-                                                     << QString() << QStringList {} << QString();
+    QTest::newRow("compiled help of another system")
+        << "hilfe.chm" << QByteArray("ITSF\0\0\0\x03", 8) << QString() << QStringList {}
+        << QString();
 }
 
 void tst_Onlinehilfe::dateiformateDesHosts()
