@@ -3,6 +3,7 @@
 #include "accounts/Kontentexte.h"
 #include "accounts/frmKontenStamm.h"
 #include "frame/FormSkalieren.h"
+#include "frame/Onlinehilfe.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/ui/DataControl.h"
 #include "platform/ui/MsgBox.h"
@@ -28,6 +29,7 @@ frmKoBeginn::frmKoBeginn(frmKontenStamm *screen)
             &frmKoBeginn::cmdAuswÜbernehmen_Click);
     connect(m_ui->cmdAbbrechen, &QPushButton::clicked, this, &frmKoBeginn::cmdAbbrechen_Click);
     connect(m_ui->cmdKontoListe, &QPushButton::clicked, this, &frmKoBeginn::cmdKontoListe_Click);
+    new frame::F1Hilfe(this);
     Form_Load();
 }
 

@@ -124,7 +124,7 @@ void frmKontenStamm::verbinden()
 void frmKontenStamm::Form_Load()
 {
     auto &u = *m_ui;
-    // Help contexts: F1 opens the help file at the anchor named like the focused control.
+    hilfeEinrichten();
 
     for (platform::DataControl *d : findChildren<platform::DataControl *>())
         d->setDatabaseName(mks::DatenbankPfad);
@@ -353,10 +353,23 @@ void frmKontenStamm::cmdExit_Click()
 
 void frmKontenStamm::cmdHilfe_Click()
 {
-    // The original sent {F1} to the screen: help for the control that has the focus.
-    QWidget *ziel = focusWidget() ? focusWidget() : this;
-    QKeyEvent f1(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier);
-    QApplication::sendEvent(ziel, &f1);
+    // The original sent {F1} to the screen: help for the control the user is in (a click that
+    // gave the button the focus means the control before it).
+    QWidget *feld = focusWidget();
+    if (feld == m_ui->cmdHilfe && m_feldVorHilfe)
+        feld = m_feldVorHilfe;
+    frame::hilfeZeigen(feld ? feld : this);
+}
+
+void frmKontenStamm::hilfeEinrichten()
+{
+    // The help file of the call, with its notice when it is missing; "?" only with help.
+    mdlFehlerZL::HilfeAufrufChk();
+    m_ui->cmdHilfe->setVisible(mks::HilfeVorhanden);
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget *vorher, QWidget *jetzt) {
+        if (jetzt == m_ui->cmdHilfe && vorher && vorher->window() == this)
+            m_feldVorHilfe = vorher;
+    });
 }
 
 void frmKontenStamm::reject()

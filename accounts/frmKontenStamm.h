@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QPointer>
 #include <QString>
 #include <QVariant>
 #include <QVariantList>
@@ -187,6 +188,7 @@ protected:
 
 private:
     void Form_Load();
+    void hilfeEinrichten();
     void verbinden();
     void inpKontoNr_GotFocus();
     void inpKontoNr_Validate(bool &Cancel);
@@ -258,4 +260,6 @@ private:
     // A refused click on a page header: its release is swallowed as well.
     bool m_registerLoslassenSchlucken = false;
     bool m_abrPosFehlen = false;
+    // The control that had the focus before the "?" button took it.
+    QPointer<QWidget> m_feldVorHilfe;
 };

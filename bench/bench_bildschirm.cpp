@@ -47,6 +47,8 @@ std::vector<Ort> &orte()
 void sitzung(const Ort &o)
 {
     mks::zuruecksetzen();
+    // The shipped help, as a host hands it over: loading checks it.
+    mks::AufrufInfo[mks::slot::Hilfedatei] = QStringLiteral(ZEP_HILFE_QUELLE);
     mks::DatenbankPfad = o.ort;
     mks::Buchungsjahr = Jahr;
     mks::VerarbeitungsBuchungsjahr = Jahr;

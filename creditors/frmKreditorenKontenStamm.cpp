@@ -4,6 +4,7 @@
 #include "creditors/frmKrNeu.h"
 #include "creditors/mdlKreditoren.h"
 #include "frame/DatenSteuerungen.h"
+#include "frame/Onlinehilfe.h"
 #include "frame/mdlFehlerZL.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/core/CreateObject.h"
@@ -85,6 +86,7 @@ frmKreditorenKontenStamm::frmKreditorenKontenStamm(QWidget *parent)
     m_ui->cmbKontoTypus->lineEdit()->setReadOnly(true);
     verbinden();
     qApp->installEventFilter(this);
+    new frame::F1Hilfe(this);
     Form_Load();
 }
 
@@ -121,6 +123,8 @@ void frmKreditorenKontenStamm::verbinden()
 void frmKreditorenKontenStamm::Form_Load()
 {
     auto &u = *m_ui;
+    // The help file of the call, with its notice when it is missing.
+    mdlFehlerZL::HilfeAufrufChk();
     const QColor hintergrund = palette().color(QPalette::Window);
     for (QWidget *l :
          {static_cast<QWidget *>(u.lblBankltz), static_cast<QWidget *>(u.lblBuchjahrText),

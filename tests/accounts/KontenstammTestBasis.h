@@ -6,6 +6,7 @@
 #include "accounts/frmKoBeginn.h"
 #include "accounts/frmKontenStamm.h"
 #include "common/TestDatenbank.h"
+#include "frame/Hilfefenster.h"
 #include "frame/mdlFehlerZL.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/core/CreateObject.h"
@@ -151,6 +152,20 @@ protected:
         QApplication::setActiveWindow(m_form.get());
         QVERIFY(QTest::qWaitForWindowActive(m_form.get()));
     }
+    // The anchor the help window shows ("" when it is not open).
+    static QString hilfeAnker()
+    {
+        auto *h = frame::Hilfefenster::offenes();
+        return h && h->isVisible() ? h->anker() : QString();
+    }
+    // Closes the help window and gives the screen the keyboard back.
+    void hilfeSchliessen()
+    {
+        if (auto *h = frame::Hilfefenster::offenes())
+            h->close();
+        QApplication::setActiveWindow(m_form.get());
+        QVERIFY(QTest::qWaitForWindowActive(m_form.get()));
+    }
     void fokusAuf(QWidget *w)
     {
         w->setFocus(Qt::OtherFocusReason);
@@ -184,6 +199,9 @@ protected:
         m_fremdeDialoge = 0;
         qApp->installEventFilter(this);
         mdlKontenStamm::zuruecksetzen();
+        // The host hands over its help file; the screen checks it when it loads.
+        mdlKontenStamm::AufrufInfo[mdlKontenStamm::slot::Hilfedatei]
+            = QStringLiteral(ZEP_HILFE_QUELLE);
         FehlerDialogAttrappe::s_berichte.clear();
         m_fehlerDialog = std::make_unique<platform::KomponentenRegistrierung>(
             "zelAllgError", [] { return std::make_unique<FehlerDialogAttrappe>(); });
@@ -206,6 +224,7 @@ protected:
     {
         qApp->removeEventFilter(this);
         m_wache.reset();
+        delete frame::Hilfefenster::offenes();
         m_form.reset();
         m_db.reset();
         const QStringList warnungen = m_boxen->warnungen();

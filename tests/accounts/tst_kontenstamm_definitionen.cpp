@@ -968,6 +968,7 @@ private slots:
         oeffnen();
         int zeilen = -1;
         QString erste;
+        QString hilfe;
         QTimer::singleShot(0, this, [&] {
             auto *d = qobject_cast<frmPruefliste *>(QApplication::activeModalWidget());
             QVERIFY(d);
@@ -975,6 +976,10 @@ private slots:
             zeilen = liste->topLevelItemCount();
             const QTreeWidgetItem *z = liste->topLevelItem(0);
             erste = z->text(0) + '|' + z->text(1) + '|' + z->text(2);
+            // F1 on a line explains the field the line names.
+            liste->setFocus();
+            QTest::keyClick(liste, Qt::Key_F1);
+            hilfe = hilfeAnker() + '|' + d->befund(0).feld;
             liste->setCurrentItem(liste->topLevelItem(1));
             QTest::keyClick(liste, Qt::Key_Return);
         });
@@ -983,6 +988,7 @@ private slots:
         // Page and field as the screen captions them.
         QCOMPARE(erste, "1200|BkAbr-Definitionen|BK-Mieter-/Eigentümer-Abr");
         QCOMPARE(c<QLabel>("Label5")->text(), "BK-Mieter-/Eigentümer-Abr:");
+        QCOMPARE(hilfe, "cmbBkENAbrDef|cmbBkENAbrDef");
         QCOMPARE(aktuell(), "2000");
         QCOMPARE(m_form->seite(), 7);
         QTRY_COMPARE(m_form->focusWidget(), c("inpKontoEbkKontoNr"));

@@ -209,6 +209,23 @@ private slots:
         FehlerDialogAttrappe::s_berichte.clear(); // the initial values lacking their column
     }
 
+    // F1 in the copy dialog opens the help at its number field (an anchor with an umlaut).
+    void f1ImKopierdialog()
+    {
+        standardKonten();
+        oeffnen();
+        QString anker;
+        m_kopierDialog = [&](frmKoBeginn &d) {
+            auto *feld = d.findChild<QLineEdit *>("inpÜbKontoNr");
+            feld->setFocus();
+            QTest::keyClick(feld, Qt::Key_F1);
+            anker = hilfeAnker();
+            d.reject();
+        };
+        eroeffnen("4711");
+        QCOMPARE(anker, "inpÜbKontoNr");
+    }
+
     void kopieOhneAuswahl_data()
     {
         QTest::addColumn<QString>("weg");

@@ -5,6 +5,7 @@
 #include "creditors/frmKrNeu.h"
 #include "creditors/frmKreditorenKontenStamm.h"
 #include "creditors/mdlKreditoren.h"
+#include "frame/Hilfefenster.h"
 #include "frame/mdlFehlerZL.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/core/CreateObject.h"
@@ -162,6 +163,7 @@ private slots:
     {
         mks::zuruecksetzen();
         kr::zuruecksetzen();
+        mks::AufrufInfo[mks::slot::Hilfedatei] = QStringLiteral(ZEP_HILFE_QUELLE);
         FehlerDialogAttrappe::s_berichte.clear();
         ListenAttrappe::s_info.clear();
         ListenAttrappe::s_nr = QVariant();
@@ -184,6 +186,7 @@ private slots:
 
     void cleanup()
     {
+        delete frame::Hilfefenster::offenes();
         m_form.reset();
         m_db.reset();
         const QStringList warnungen = m_boxen->warnungen();
@@ -212,6 +215,44 @@ private slots:
         QVERIFY(m_db->hasTable("ObjKanzleiKontenstamm"));
         QVERIFY(m_db->hasTable("BilanzPos"));
         QVERIFY(texte().isEmpty());
+    }
+
+    // --- help ---
+
+    // F1 opens the help at the creditor screen's own sections, also in the number dialog; a
+    // missing help file is said once at load.
+    void f1ZeigtDieHilfeDesFeldes()
+    {
+        standardKonten();
+        oeffnen();
+        QStringList anker;
+        const auto f1 = [&anker](QWidget *w) {
+            w->setFocus();
+            QTest::keyClick(w, Qt::Key_F1);
+            auto *h = frame::Hilfefenster::offenes();
+            anker << (h && h->isVisible() ? h->anker() : QString());
+        };
+        f1(ui().cmbKontoTypus);
+        f1(ui().cmdKontoLöschen);
+        bool gesehen = false;
+        imDialog(gesehen, [&](frmKrNeu &d) {
+            f1(d.findChild<QWidget *>(QStringLiteral("inpNeuEröffKontoNr")));
+            d.findChild<QPushButton *>(QStringLiteral("cmdAbbrechen"))->click();
+        });
+        ui().cmdKontoNeueröff->click();
+        QVERIFY(gesehen);
+        QCOMPARE(anker,
+                 (QStringList {"frmKreditorenKontenStamm.cmbKontoTypus",
+                               "frmKreditorenKontenStamm.cmdKontoLöschen",
+                               "frmKrNeu.inpNeuEröffKontoNr"}));
+        QVERIFY(texte().isEmpty());
+
+        m_form.reset();
+        mks::AufrufInfo[mks::slot::Hilfedatei] = QString();
+        oeffnen();
+        QCOMPARE(texte(),
+                 QStringList {"Die Definition für den App.Helpfile = leer\r\n"
+                              "Es kann keine Onlinehilfe angezeigt werden !"});
     }
 
     // --- loading and navigation ---
