@@ -46,7 +46,12 @@ QString befehlszeilenHilfe()
         "      schreibt die Konten des Jahres als CSV (UTF-8, Strichpunkt, Kopfzeile)\n"
         "  kontenstamm import JAHR DATEI.csv [--probelauf]\n"
         "      prüft jede Zeile und fügt die Konten in das Jahr ein, nur wenn keine fehlerhaft\n"
-        "      ist; --probelauf prüft nur\n");
+        "      ist; --probelauf prüft nur\n"
+        "\n"
+        "Für die Verwaltung:\n"
+        "  kontenstamm sql ORT [ANWEISUNG]\n"
+        "      führt SQL-Abfragen auf der Datenbank ORT aus, ohne etwas zu ändern; ohne\n"
+        "      ANWEISUNG werden sie von der Standardeingabe gelesen, je eine bis zum \";\"\n");
 }
 
 namespace {
@@ -55,6 +60,16 @@ namespace {
 bool werkzeugLesen(Aufruf &aufruf, const QStringList &positionen, QString &fehler)
 {
     const QString befehl = positionen.front();
+    if (aufruf.art == Aufruf::Art::Sql) {
+        if (positionen.size() < 2 || positionen.size() > 3) {
+            fehler = QStringLiteral("\"sql\" erwartet den Ort der Datenbank und höchstens eine "
+                                    "Anweisung; mit --help werden die Aufrufe angezeigt.");
+            return false;
+        }
+        aufruf.datenbank = positionen.at(1);
+        aufruf.anweisung = positionen.value(2);
+        return true;
+    }
     const int erwartet = aufruf.art == Aufruf::Art::Pruefen ? 2 : 3;
     if (positionen.size() != erwartet) {
         fehler = QStringLiteral("\"%1\" erwartet %2 Angabe(n); mit --help werden die Aufrufe "
@@ -97,6 +112,7 @@ std::optional<Aufruf> befehlszeileLesen(const QStringList &argumente, QString &f
         {QStringLiteral("pruefen"), Aufruf::Art::Pruefen},
         {QStringLiteral("export"), Aufruf::Art::Export},
         {QStringLiteral("import"), Aufruf::Art::Import},
+        {QStringLiteral("sql"), Aufruf::Art::Sql},
     };
     QStringList positionen;
     // The tool named first decides which of the following options belong to it.

@@ -2,6 +2,7 @@
 // component, as the suite's programs do.
 #include "Befehlszeile.h"
 #include "Jahresbefehle.h"
+#include "SqlKonsole.h"
 #include "component/zelKontenStamm.h"
 #include "frame/Demodaten.h"
 #include "platform/core/RuntimeError.h"
@@ -71,13 +72,15 @@ int main(int argc, char **argv)
     const auto aufruf = befehlszeileLesen(argumente, fehler);
     const bool ohneBildschirm = aufruf
         && (istJahreswerkzeug(*aufruf) || aufruf->art == Aufruf::Art::Init
-            || aufruf->art == Aufruf::Art::Demo);
+            || aufruf->art == Aufruf::Art::Demo || aufruf->art == Aufruf::Art::Sql);
     if (ohneBildschirm) {
         // Making a database and the year tools need no display.
         QCoreApplication app(argc, argv);
         app.setApplicationName(QStringLiteral("zepKontenStamm"));
         app.setOrganizationName(QStringLiteral("zep"));
         Aufruf a = *aufruf;
+        if (a.art == Aufruf::Art::Sql)
+            return sqlKonsole(a);
         if (istJahreswerkzeug(a)) {
             if (a.datenbank.isEmpty())
                 a.datenbank = demoPfad();
@@ -93,13 +96,14 @@ int main(int argc, char **argv)
         return 0;
     }
 
-    platform::Anwendung app(argc, argv);
-    app.setApplicationName(QStringLiteral("zepKontenStamm"));
-    app.setOrganizationName(QStringLiteral("zep"));
+    // A wrong command line needs no display either.
     if (!aufruf) {
         err() << fehler << Qt::endl;
         return 2;
     }
+    platform::Anwendung app(argc, argv);
+    app.setApplicationName(QStringLiteral("zepKontenStamm"));
+    app.setOrganizationName(QStringLiteral("zep"));
     if (aufruf->art == Aufruf::Art::Hilfe) {
         QTextStream(stdout) << befehlszeilenHilfe();
         return 0;
