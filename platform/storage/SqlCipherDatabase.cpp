@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <cstdio>
 #include <fcntl.h>
+#include <set>
 #include <sqlite3.h>
 #include <unistd.h>
 
@@ -18,6 +19,35 @@ namespace {
 
 constexpr int DatenbankExistiert = 3204;
 constexpr qsizetype CacheGroesse = 64;
+
+// SQLCipher frees its global state in an exit handler that it registers when the library is
+// first initialised; a connection closed after that crashes. Our own handler, registered just
+// after SQLCipher's and so run just before it, closes the connections that static objects still
+// hold; their destructors then leave SQLite alone.
+bool g_beendet = false;
+
+std::set<sqlite3 *> &offeneVerbindungen()
+{
+    static auto *v = new std::set<sqlite3 *>; // outlives every static object
+    return *v;
+}
+
+void engineBereit()
+{
+    static const bool bereit = [] {
+        sqlite3_initialize();
+        std::atexit([] {
+            for (sqlite3 *db : offeneVerbindungen()) {
+                while (sqlite3_stmt *s = sqlite3_next_stmt(db, nullptr))
+                    sqlite3_finalize(s);
+                sqlite3_close(db);
+            }
+            g_beendet = true;
+        });
+        return true;
+    }();
+    (void)bereit;
+}
 
 [[noreturn]] void werfen(int nummer, const QString &zusatz = {})
 {
@@ -216,6 +246,7 @@ bool umbenennen(const QString &von, const QString &nach)
 // of our own: closing that would drop the locks this process's connections hold on the file.
 QString kopfSalz(const QString &pfad)
 {
+    engineBereit();
     sqlite3_vfs *vfs = sqlite3_vfs_find(nullptr);
     const QByteArray absolut = QFile::encodeName(QFileInfo(pfad).absoluteFilePath());
     sqlite3_filename name = sqlite3_create_filename(absolut.constData(), "", "", 0, nullptr);
@@ -279,12 +310,13 @@ enum class Versuch { Gut, FalscherSchluessel, Belegt };
 // Opens without creating, sets key and cipher settings of `format` and proves the key by
 // reading the schema. Nothing is written before the proof, so a wrong key leaves the file as it
 // was. `exklusiv` takes the file for this connection alone (an exclusive lock, kept until the
-// connection closes) and gives up after a second when another connection has it open (Belegt):
-// a starting program holds it only while it tries its key, an open one holds it for good.
+// connection closes) and gives up after 0.4 s when another connection has it open (Belegt): a
+// starting program holds it only while it tries its key, an open one holds it for good.
 Versuch versuchen(Verbindung &v, const QString &pfad, const QString &passwort,
                   SqlCipherDatabase::Format format, int flags, bool exklusiv = false)
 {
     v.schliessen();
+    engineBereit();
     if (!QFileInfo(pfad).isFile())
         werfen(fehlernummer::DateiNichtGefunden, pfad);
     const int rc = sqlite3_open_v2(QFile::encodeName(pfad).constData(), &v.db, flags, nullptr);
@@ -298,7 +330,7 @@ Versuch versuchen(Verbindung &v, const QString &pfad, const QString &passwort,
     sqlite3_db_config(v.db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
     // Several users on one file: a connection waits for another one's short transaction
     // instead of failing with "database is locked".
-    sqlite3_busy_timeout(v.db, exklusiv ? 1000 : 15000);
+    sqlite3_busy_timeout(v.db, exklusiv ? 400 : 15000);
     if (format != SqlCipherDatabase::Format::Unverschluesselt)
         schluesselSetzen(v.db, passwort, format);
     if (exklusiv)
@@ -440,7 +472,11 @@ public:
     explicit SqlCipherAnweisungen(sqlite3 *db)
         : m_db(db)
     { }
-    ~SqlCipherAnweisungen() { leeren(); }
+    ~SqlCipherAnweisungen()
+    {
+        if (!g_beendet)
+            leeren();
+    }
 
     sqlite3_stmt *holen(const QString &sql)
     {
@@ -509,7 +545,7 @@ public:
     }
     ~Anweisung()
     {
-        if (!m_stmt)
+        if (!m_stmt || g_beendet)
             return;
         if (auto cache = m_cache.lock())
             cache->zurueck(m_sql, m_stmt);
@@ -604,11 +640,16 @@ SqlCipherDatabase::SqlCipherDatabase(const QString &pfad, sqlite3 *db, Format fo
     , m_db(db)
     , m_format(format)
     , m_anweisungen(std::make_shared<SqlCipherAnweisungen>(db))
-{ }
+{
+    offeneVerbindungen().insert(db);
+}
 
 SqlCipherDatabase::~SqlCipherDatabase()
 {
     m_anweisungen.reset();
+    if (g_beendet)
+        return;
+    offeneVerbindungen().erase(m_db);
     sqlite3_close_v2(m_db);
 }
 
@@ -683,6 +724,7 @@ SqlCipherDatabase::Zeiger SqlCipherDatabase::anlegen(const QString &pfad, const 
     }
     if (passwort.isEmpty())
         format = Format::Unverschluesselt;
+    engineBereit();
     Verbindung v;
     const int rc = sqlite3_open_v2(QFile::encodeName(pfad).constData(), &v.db,
                                    SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
