@@ -103,6 +103,11 @@ QMap<QString, qint64> zeilenJeTabelle(Database &db)
     return z;
 }
 
+// Kept until the program ends, as a host's static object might keep its connection; made before
+// the engine starts, it is destroyed after the engine's own exit handler.
+std::shared_ptr<Database> g_bisZumEnde;
+std::unique_ptr<Cursor> g_cursorBisZumEnde;
+
 } // namespace
 
 class tst_Database : public QObject
@@ -450,6 +455,11 @@ void tst_Database::cursorUeberlebtVerbindung()
     QCOMPARE(c->ganzzahl(0), 7);
     QVERIFY(c->next());
     QCOMPARE(c->ganzzahl(0), 8);
+    if (testhilfe::aktuelleEngine() == Engine::SqlCipher) {
+        g_bisZumEnde = Database::openSeparate(m_ort);
+        g_cursorBisZumEnde = g_bisZumEnde->query(QStringLiteral("SELECT y FROM x"));
+        QVERIFY(g_cursorBisZumEnde->next());
+    }
 }
 
 void tst_Database::roundTripsZaehlen()
