@@ -189,8 +189,8 @@ void schluesselSetzen(sqlite3 *db, const QString &passwort, SqlCipherDatabase::F
     chiffrierungSetzen(db, "main", format);
 }
 
-// Attaches `pfad` (made when missing) as `schema`, encrypted in the current format unless the
-// password is empty.
+// Attaches `pfad` as `schema`, encrypted in the current format unless the password is empty.
+// ATTACH makes a missing file only when the main file was opened with SQLITE_OPEN_CREATE.
 void anhaengen(sqlite3 *db, const QString &pfad, const char *schema, const QString &passwort)
 {
     sqlite3_stmt *stmt = nullptr;
