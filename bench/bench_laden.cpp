@@ -195,9 +195,9 @@ int main(int argc, char **argv)
         orte().push_back({QStringLiteral("SQLCipher"), Database::create(datei), datei});
         version = orte().front().db->scalar(QStringLiteral("PRAGMA cipher_version")).toString();
         const QString alt = dir.filePath(QStringLiteral("bench-alt.db"));
-        orte().push_back({QStringLiteral("SQLCipher 3"),
-                          SqlCipherDatabase::anlegen(alt, DBPasswort, SqlCipherDatabase::Format::Alt),
-                          alt});
+        orte().push_back(
+            {QStringLiteral("SQLCipher 3"),
+             SqlCipherDatabase::anlegen(alt, DBPasswort, SqlCipherDatabase::Format::Alt), alt});
         QString uri = qEnvironmentVariable("ZEP_BENCH_PG_URI");
         if (uri.isEmpty())
             uri = qEnvironmentVariable("ZEP_TEST_PG_URI");

@@ -216,7 +216,8 @@ QStringList spalte(sqlite3 *db, const QByteArray &sql)
     QStringList werte;
     int rc;
     while ((rc = sqlite3_step(stmt)) == SQLITE_ROW)
-        werte.append(QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(stmt, 0))));
+        werte.append(
+            QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(stmt, 0))));
     sqlite3_finalize(stmt);
     pruefen(db, rc);
     return werte;
@@ -236,8 +237,7 @@ bool fsyncPfad(const QString &pfad, bool verzeichnis)
 bool umbenennen(const QString &von, const QString &nach)
 {
     return fsyncPfad(von, false)
-        && std::rename(QFile::encodeName(von).constData(), QFile::encodeName(nach).constData())
-        == 0
+        && std::rename(QFile::encodeName(von).constData(), QFile::encodeName(nach).constData()) == 0
         && fsyncPfad(QFileInfo(nach).absolutePath(), true);
 }
 
@@ -268,8 +268,8 @@ bool kopieren(sqlite3 *db, const QString &ziel)
 {
     sqlite3_file *datei = nullptr;
     sqlite3_int64 groesse = 0;
-    if (sqlite3_file_control(db, "main", SQLITE_FCNTL_FILE_POINTER, &datei) != SQLITE_OK
-        || !datei || datei->pMethods->xFileSize(datei, &groesse) != SQLITE_OK)
+    if (sqlite3_file_control(db, "main", SQLITE_FCNTL_FILE_POINTER, &datei) != SQLITE_OK || !datei
+        || datei->pMethods->xFileSize(datei, &groesse) != SQLITE_OK)
         return false;
     QFile aus(ziel);
     if (!aus.open(QIODevice::WriteOnly | QIODevice::Truncate))
@@ -337,9 +337,8 @@ Versuch versuchen(Verbindung &v, const QString &pfad, const QString &passwort,
         direkt(v.db, "PRAGMA locking_mode = EXCLUSIVE");
     // In WAL mode the exclusive locking mode takes the lock with the first read; a file in
     // rollback mode needs a write transaction for it.
-    const char *beweis = exklusiv
-        ? "SELECT count(*) FROM sqlite_master; BEGIN EXCLUSIVE; COMMIT"
-        : "SELECT count(*) FROM sqlite_master";
+    const char *beweis = exklusiv ? "SELECT count(*) FROM sqlite_master; BEGIN EXCLUSIVE; COMMIT"
+                                  : "SELECT count(*) FROM sqlite_master";
     if (sqlite3_exec(v.db, beweis, nullptr, nullptr, nullptr) == SQLITE_OK)
         return Versuch::Gut;
     const int fehler = sqlite3_extended_errcode(v.db) & 0xff;
@@ -371,10 +370,10 @@ QStringList bestand(sqlite3 *db, const char *schema)
     const QByteArray s(schema);
     if (spalte(db, "PRAGMA " + s + ".integrity_check") != QStringList {QStringLiteral("ok")})
         return {};
-    QStringList b = spalte(db, "SELECT type || ' ' || name FROM " + s
-                                   + ".sqlite_master ORDER BY type, name");
-    for (const QString &t : spalte(db, "SELECT name FROM " + s
-                                           + ".sqlite_master WHERE type = 'table' ORDER BY name")) {
+    QStringList b
+        = spalte(db, "SELECT type || ' ' || name FROM " + s + ".sqlite_master ORDER BY type, name");
+    for (const QString &t : spalte(
+             db, "SELECT name FROM " + s + ".sqlite_master WHERE type = 'table' ORDER BY name")) {
         b += t + QLatin1Char(' ')
             + spalte(db, "SELECT count(*) FROM " + s + '.' + bezeichner(t).toUtf8()).value(0);
     }
@@ -385,8 +384,8 @@ QStringList bestand(sqlite3 *db, const char *schema)
 bool syncDatei(sqlite3 *db)
 {
     sqlite3_file *datei = nullptr;
-    return sqlite3_file_control(db, "main", SQLITE_FCNTL_FILE_POINTER, &datei) == SQLITE_OK
-        && datei && datei->pMethods->xSync(datei, SQLITE_SYNC_FULL) == SQLITE_OK;
+    return sqlite3_file_control(db, "main", SQLITE_FCNTL_FILE_POINTER, &datei) == SQLITE_OK && datei
+        && datei->pMethods->xSync(datei, SQLITE_SYNC_FULL) == SQLITE_OK;
 }
 
 // Moves a file of the old format, opened by `alt` for this connection alone, to the current
@@ -433,7 +432,8 @@ bool umstellen(Verbindung &alt, const QString &pfad, const QString &passwort)
 
         // Out of WAL mode while the file is still held: its WAL must be gone before another
         // file takes the name.
-        if (spalte(alt.db, "PRAGMA journal_mode = DELETE") != QStringList {QStringLiteral("delete")})
+        if (spalte(alt.db, "PRAGMA journal_mode = DELETE")
+            != QStringList {QStringLiteral("delete")})
             return abbrechen(QStringLiteral("das WAL der alten Datei bleibt"));
         const QByteArray p = QFile::encodeName(pfad), k = QFile::encodeName(kopie),
                          s = QFile::encodeName(sicherung);

@@ -152,7 +152,8 @@ void tst_Host::jahreswerkzeugeOhneBildschirm()
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
     };
     const QByteArray vorher = inhalt();
-    e = starten({"sql", demo, "SELECT count(*) AS n FROM ObjKanzleiKontenstamm WHERE KontoJJ = 2030"});
+    e = starten(
+        {"sql", demo, "SELECT count(*) AS n FROM ObjKanzleiKontenstamm WHERE KontoJJ = 2030"});
     QCOMPARE(e.code, 0);
     QCOMPARE(e.aus, "n\n314\n");
     m_eingabe = "PRAGMA cipher_version;\nDELETE\n  FROM ObjKanzleiKontenstamm;\nSELECT 7;";

@@ -131,17 +131,16 @@ bool umstellungenAbbrechen(int versuche)
     QTemporaryDir dir;
     const auto kopie = [&](const QString &name) {
         const QString pfad = dir.filePath(name);
-        for (const QString &n : {pfad, pfad + QStringLiteral("-wal"),
-                                 pfad + QStringLiteral("-shm"), pfad + QStringLiteral(".umstellung"),
-                                 pfad + QStringLiteral(".vor-umstellung")})
+        for (const QString &n :
+             {pfad, pfad + QStringLiteral("-wal"), pfad + QStringLiteral("-shm"),
+              pfad + QStringLiteral(".umstellung"), pfad + QStringLiteral(".vor-umstellung")})
             QFile::remove(n);
         QFile::copy(QStringLiteral(ZEP_ALTDATEI), pfad);
         QFile::copy(QStringLiteral(ZEP_ALTDATEI "-wal"), pfad + QStringLiteral("-wal"));
         return pfad;
     };
-    const QStringList erwartet = inhalt(
-        *SqlCipherDatabase::oeffnenNurLesen(kopie(QStringLiteral("muster.zdb")),
-                                            platform::storage::DBPasswort));
+    const QStringList erwartet = inhalt(*SqlCipherDatabase::oeffnenNurLesen(
+        kopie(QStringLiteral("muster.zdb")), platform::storage::DBPasswort));
     QElapsedTimer uhr;
     uhr.start();
     int neu = 0, sicherungen = 0;

@@ -23,8 +23,8 @@
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QProcess>
-#include <QThread>
 #include <QTemporaryDir>
+#include <QThread>
 #include <cstdio>
 
 using platform::storage::Database;
@@ -95,8 +95,8 @@ Ergebnis lauf(Engine engine, bool altesFormat, int prozesse, int saves, const QS
 {
     Ergebnis e;
     QTemporaryDir dir;
-    const QString ort = altesFormat ? dir.filePath(QStringLiteral("alt.zdb"))
-                                    : testhilfe::neueDatenbank(engine);
+    const QString ort
+        = altesFormat ? dir.filePath(QStringLiteral("alt.zdb")) : testhilfe::neueDatenbank(engine);
     {
         std::shared_ptr<Database> db = altesFormat
             ? SqlCipherDatabase::anlegen(ort, platform::storage::DBPasswort,
@@ -138,7 +138,8 @@ Ergebnis lauf(Engine engine, bool altesFormat, int prozesse, int saves, const QS
                                     {Jahr})
                              .toLongLong();
     e.verloren = e.gespeichert - summe;
-    if (altesFormat && SqlCipherDatabase::oeffnenNurLesen(ort, platform::storage::DBPasswort)->format()
+    if (altesFormat
+        && SqlCipherDatabase::oeffnenNurLesen(ort, platform::storage::DBPasswort)->format()
             != SqlCipherDatabase::Format::Aktuell) {
         std::fprintf(stderr, "Die Datei ist nicht umgestellt worden.\n");
         e.ok = false;

@@ -84,11 +84,15 @@ QString altformatKopie(const QTemporaryDir &dir, bool mitWal)
 // adds one to KreditorenSalden.
 QMap<QString, qint64> altformatZeilen(bool mitWal)
 {
-    return {{QStringLiteral("ObjKanzleiKontenstamm"), 24}, {QStringLiteral("ObjKanzleiSalden"), 20},
-            {QStringLiteral("AllgSchluesselDaten"), 8},    {QStringLiteral("BilanzPos"), 20},
+    return {{QStringLiteral("ObjKanzleiKontenstamm"), 24},
+            {QStringLiteral("ObjKanzleiSalden"), 20},
+            {QStringLiteral("AllgSchluesselDaten"), 8},
+            {QStringLiteral("BilanzPos"), 20},
             {QStringLiteral("BilanzPosZL7"), mitWal ? 40 : 42},
-            {QStringLiteral("AbrPosBkAbr"), 26},           {QStringLiteral("AbrPosBkBlöcke"), 6},
-            {QStringLiteral("KreditorenKontenstamm"), 21}, {QStringLiteral("KreditorenBuchungen"), 25},
+            {QStringLiteral("AbrPosBkAbr"), 26},
+            {QStringLiteral("AbrPosBkBlöcke"), 6},
+            {QStringLiteral("KreditorenKontenstamm"), 21},
+            {QStringLiteral("KreditorenBuchungen"), 25},
             {QStringLiteral("KreditorenSalden"), mitWal ? 13 : 12}};
 }
 
@@ -516,8 +520,9 @@ void tst_Database::falscherSchluesselLaesstDateiUnveraendert()
 {
     QFETCH(QString, datei);
     QFETCH(QString, passwort);
-    const QString pfad
-        = datei == u"alt" ? altformatKopie(m_dir, false) : dateiMitDaten(datei == u"offen" ? QString() : platform::storage::DBPasswort);
+    const QString pfad = datei == u"alt"
+        ? altformatKopie(m_dir, false)
+        : dateiMitDaten(datei == u"offen" ? QString() : platform::storage::DBPasswort);
     if (datei == u"beschaedigt") {
         QFile f(pfad);
         QVERIFY(f.open(QIODevice::ReadWrite));
