@@ -3,14 +3,18 @@
 #include "frame/mdlKontenStamm.h"
 
 #include <QHash>
+#include <algorithm>
 
 namespace {
 
+// Exactly four digits: "+2026", " 2026" and "02026" are no year a user means.
 std::optional<int> jahrLesen(const QString &text)
 {
-    bool ok = false;
-    const int jahr = text.toInt(&ok);
-    if (!ok || jahr < 1900 || jahr > 2999)
+    if (text.size() != 4
+        || !std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'0' && c <= u'9'; }))
+        return std::nullopt;
+    const int jahr = text.toInt();
+    if (jahr < 1900 || jahr > 2999)
         return std::nullopt;
     return jahr;
 }
@@ -56,7 +60,18 @@ QString befehlszeilenHilfe()
         "      ANWEISUNG werden sie von der Standardeingabe gelesen, je eine bis zum \";\"\n"
         "\n"
         "Rückgabewert der Jahreswerkzeuge: 0 alles in Ordnung, 1 fehlerhafte Konten oder Zeilen\n"
-        "oder ein Buchungsjahr ohne Konten, 2 die Arbeit konnte nicht getan werden.\n");
+        "oder ein Buchungsjahr ohne Konten, 2 die Arbeit konnte nicht getan werden.\n"
+        "\n"
+        "PostgreSQL-Adressen und Kennwörter:\n"
+        "  postgresql://benutzer@server:5432/kanzlei\n"
+        "  postgresql://benutzer@server/kanzlei?sslmode=verify-full&sslrootcert=/pfad/ca.crt\n"
+        "  postgresql:///?service=kanzlei   (Dienst aus ~/.pg_service.conf oder PGSERVICEFILE)\n"
+        "  Das Kennwort gehört nicht in die Adresse: andere Benutzer des Rechners sehen die\n"
+        "  Befehlszeile. Es wird der Reihe nach genommen aus der Umgebungsvariablen PGPASSWORD,\n"
+        "  der Kennwortdatei ~/.pgpass (oder PGPASSFILE; Zeilen server:port:datenbank:benutzer:\n"
+        "  kennwort, Rechte 0600) oder dem Dienst; fehlt es, fragt der Bildschirm danach.\n"
+        "  Ein Kennwort in einer Adresse auf der Befehlszeile wird beim Start aus der\n"
+        "  Prozessliste gelöscht (mit einer Warnung).\n");
 }
 
 namespace {

@@ -5,6 +5,7 @@
 #include "accounts/regeln/Jahrespruefung.h"
 #include "jahr/Jahreswechsel.h"
 #include "jahr/KontenCsv.h"
+#include "platform/core/Geheimnisse.h"
 #include "platform/core/RuntimeError.h"
 #include "platform/storage/Database.h"
 
@@ -193,7 +194,8 @@ int jahresbefehlAusfuehren(const Aufruf &a)
         return ergebnis;
     } catch (const platform::RuntimeError &e) {
         aus().flush();
-        err() << "Fehler " << e.nummer() << ": " << e.beschreibung() << Qt::endl;
+        err() << "Fehler " << e.nummer() << ": " << platform::geheimnisseMaskieren(e.beschreibung())
+              << Qt::endl;
         return 2;
     }
 }

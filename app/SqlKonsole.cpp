@@ -1,5 +1,6 @@
 #include "SqlKonsole.h"
 
+#include "platform/core/Geheimnisse.h"
 #include "platform/core/RuntimeError.h"
 #include "platform/storage/Database.h"
 #include "platform/storage/SqlCipherDatabase.h"
@@ -43,7 +44,8 @@ bool ausfuehren(Database &db, const QString &sql)
         return true;
     } catch (const platform::RuntimeError &e) {
         aus().flush();
-        err() << "Fehler " << e.nummer() << ": " << e.beschreibung() << Qt::endl;
+        err() << "Fehler " << e.nummer() << ": " << platform::geheimnisseMaskieren(e.beschreibung())
+              << Qt::endl;
         return false;
     }
 }
@@ -79,7 +81,8 @@ int sqlKonsole(const Aufruf &a)
     try {
         db = Database::openReadOnly(a.datenbank);
     } catch (const platform::RuntimeError &e) {
-        err() << "Fehler " << e.nummer() << ": " << e.beschreibung() << Qt::endl;
+        err() << "Fehler " << e.nummer() << ": " << platform::geheimnisseMaskieren(e.beschreibung())
+              << Qt::endl;
         return 2;
     }
     if (!a.anweisung.isEmpty())
@@ -87,7 +90,7 @@ int sqlKonsole(const Aufruf &a)
 
     // Statements from standard input, each up to a line that ends with ";".
     const bool terminal = isatty(STDIN_FILENO);
-    err() << a.datenbank << ": " << beschreibung(*db) << Qt::endl;
+    err() << platform::geheimnisseMaskieren(a.datenbank) << ": " << beschreibung(*db) << Qt::endl;
     QTextStream ein(stdin);
     QString anweisung;
     bool allesGut = true;

@@ -5,9 +5,11 @@
 #include "SqlKonsole.h"
 #include "component/zelKontenStamm.h"
 #include "frame/Demodaten.h"
+#include "platform/core/Geheimnisse.h"
 #include "platform/core/RuntimeError.h"
 #include "platform/storage/Database.h"
 #include "platform/storage/Schema.h"
+#include "platform/ui/Anmeldung.h"
 #include "platform/ui/Fehlerfalle.h"
 
 #include <QDir>
@@ -56,6 +58,13 @@ QString mitgelieferteHilfe()
     return QStringLiteral(ZEP_HILFE_QUELLE);
 }
 
+void fehlerAusgeben(const RuntimeError &e)
+{
+    err() << platform::geheimnisseMaskieren(
+        QStringLiteral("Fehler %1: %2").arg(e.nummer()).arg(e.beschreibung()))
+          << Qt::endl;
+}
+
 int letztesBuchungsjahr(Database &db)
 {
     return db.scalar(QStringLiteral("SELECT max(KontoJJ) FROM ObjKanzleiKontenstamm")).toInt();
@@ -68,12 +77,19 @@ int main(int argc, char **argv)
     // The command line comes first: --help, a mistyped option and the tools without a screen
     // must work where there is no display (over ssh, from cron).
     QStringList argumente;
-    for (int i = 1; i < argc; ++i)
+    for (int i = 1; i < argc; ++i) {
         argumente << QString::fromLocal8Bit(argv[i]);
+        platform::adresseMerken(argumente.last());
+    }
+    // A password on the command line stays readable in the process list for as long as the
+    // program runs, unless it is wiped from the program's own copy of its arguments.
+    platform::protokollSchuetzen();
+    if (platform::kennwoerterInArgumentenLoeschen(argc, argv) > 0)
+        err() << platform::kennwortAufBefehlszeileWarnung() << Qt::endl;
     QString fehler;
     const auto aufruf = befehlszeileLesen(argumente, fehler);
     if (!aufruf) {
-        err() << fehler << Qt::endl;
+        err() << platform::geheimnisseMaskieren(fehler) << Qt::endl;
         return 2;
     }
     if (aufruf->art == Aufruf::Art::Hilfe) {
@@ -97,7 +113,7 @@ int main(int argc, char **argv)
             auto db = neueDatenbank(a.datenbank, a.art == Aufruf::Art::Demo);
             QTextStream(stdout) << frame::zusammenfassung(*db) << '\n';
         } catch (const RuntimeError &e) {
-            err() << "Fehler " << e.nummer() << ": " << e.beschreibung() << Qt::endl;
+            fehlerAusgeben(e);
             return 2;
         }
         return 0;
@@ -106,6 +122,7 @@ int main(int argc, char **argv)
     platform::Anwendung app(argc, argv);
     app.setApplicationName(QStringLiteral("zepKontenStamm"));
     app.setOrganizationName(QStringLiteral("zep"));
+    platform::anmeldungEinrichten();
     Aufruf a = *aufruf;
     if (a.hilfedatei.isEmpty())
         a.hilfedatei = mitgelieferteHilfe();
@@ -131,7 +148,7 @@ int main(int argc, char **argv)
         else
             komponente.Kontenstamm_Aufruf(info);
     } catch (const RuntimeError &e) {
-        err() << "Fehler " << e.nummer() << ": " << e.beschreibung() << Qt::endl;
+        fehlerAusgeben(e);
         return 2;
     }
     return 0;

@@ -43,6 +43,33 @@ QString RuntimeError::standardText(int nummer)
         return QStringLiteral("Die Datensatzgruppe ist nicht aktualisierbar.");
     case KeinEditModus:
         return QStringLiteral("Aktualisieren oder Abbrechen ohne AddNew oder Edit.");
+    case DatentraegerVoll:
+        return QStringLiteral("Der Datenträger ist voll: die Datenbank kann nichts mehr "
+                              "speichern. Bitte schaffen Sie Platz auf dem Laufwerk der Datenbank "
+                              "oder verständigen Sie Ihre Systembetreuung; danach lässt sich noch "
+                              "einmal speichern.");
+    case DatentraegerFehler:
+        return QStringLiteral("Datenträger- oder Netzwerkfehler: die Datenbank ließ sich nicht "
+                              "lesen oder beschreiben. Bitte prüfen Sie das Laufwerk und die "
+                              "Netzwerkverbindung der Datenbank und versuchen Sie es noch einmal; "
+                              "bleibt der Fehler, verständigen Sie Ihre Systembetreuung.");
+    case AndererSchreibt:
+        return QStringLiteral("Ein anderer Arbeitsplatz schreibt gerade in die Datenbank; es "
+                              "konnte nicht gespeichert werden. Bitte versuchen Sie es in einigen "
+                              "Augenblicken noch einmal.");
+    case KeineBerechtigung:
+        return QStringLiteral("Keine Berechtigung: der Datenbankbenutzer darf das nicht.");
+    case AnmeldungAbgelehnt:
+        return QStringLiteral("Der Datenbankserver hat die Anmeldung abgelehnt.");
+    case ServerUnbekannt:
+        return QStringLiteral("Der Datenbankserver ist nicht bekannt.");
+    case ServerAntwortetNicht:
+        return QStringLiteral("Der Datenbankserver antwortet nicht.");
+    case ZertifikatAbgelehnt:
+        return QStringLiteral("Die verschlüsselte Verbindung zum Datenbankserver wurde "
+                              "abgelehnt.");
+    case AdresseUngueltig:
+        return QStringLiteral("Die Datenbankadresse ist ungültig.");
     default:
         return {};
     }

@@ -24,6 +24,16 @@ constexpr int DatenbankNichtErreichbar = 3151;
 constexpr int FeldNichtGefunden = 3265;
 constexpr int NichtAktualisierbar = 3027;
 constexpr int KeinEditModus = 3020;
+// Faults of the database and its server, each with a German text that says what to do.
+constexpr int DatentraegerVoll = 3026;
+constexpr int AnmeldungAbgelehnt = 3029;
+constexpr int KeineBerechtigung = 3033;
+constexpr int DatentraegerFehler = 3043;     // disk or network error
+constexpr int AndererSchreibt = 3218;        // another workstation holds the write lock
+constexpr int ServerUnbekannt = 3152;
+constexpr int ServerAntwortetNicht = 3153;
+constexpr int ZertifikatAbgelehnt = 3154;    // the encrypted connection was refused
+constexpr int AdresseUngueltig = 3155;
 } // namespace fehlernummer
 
 // The runtime error of the original's error object: a number and a German description.

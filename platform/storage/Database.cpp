@@ -119,6 +119,20 @@ bool Database::istPostgresUri(const QString &ort)
         || o.startsWith(QLatin1String("postgres://"), Qt::CaseInsensitive);
 }
 
+namespace {
+int g_wartezeit = 15000;
+} // namespace
+
+void Database::setWartezeit(int millisekunden)
+{
+    g_wartezeit = std::max(0, millisekunden);
+}
+
+int Database::wartezeit()
+{
+    return g_wartezeit;
+}
+
 QVariant Database::scalar(const QString &sql, const QVariantList &params)
 {
     auto cursor = query(sql, params);

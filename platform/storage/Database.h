@@ -7,6 +7,7 @@
 #include <QVariantList>
 
 #include <memory>
+#include <optional>
 
 namespace platform::storage {
 
@@ -17,6 +18,15 @@ enum class Engine { SqlCipher, PostgreSql };
 
 // Kind of a value as the engine delivers it. Dates travel as ISO text ("2003-12-31").
 enum class Wertart { Null, Ganzzahl, Kommazahl, Text, Datum };
+
+// What the user of a connection may do with one table.
+struct Tabellenrechte
+{
+    bool lesen = false;
+    bool einfuegen = false;
+    bool aendern = false;
+    bool loeschen = false;
+};
 
 // A forward-only result of one query. Values are valid until the next call of next().
 // The raw accessors avoid building a QVariant per value (record sets load tens of thousands
@@ -80,6 +90,12 @@ public:
 
     static bool istPostgresUri(const QString &ort);
 
+    // How long a write waits for another connection's write before it fails with 3218 (the
+    // file's busy wait, the server's lock_timeout); for connections opened afterwards.
+    // 15 seconds unless changed.
+    static void setWartezeit(int millisekunden);
+    static int wartezeit();
+
     virtual Engine engine() const = 0;
     const QString &ort() const { return m_ort; }
 
@@ -98,6 +114,12 @@ public:
     virtual bool hasTable(const QString &tabelle) = 0;
     virtual QStringList columns(const QString &tabelle) = 0;
     virtual QStringList primaryKey(const QString &tabelle) = 0;
+
+    // What this connection's user may do with `tabelle`; nothing when there is no such table.
+    // A read-only connection (or a write-protected file) may only read.
+    virtual std::optional<Tabellenrechte> rechte(const QString &tabelle) = 0;
+    // The user the connection logs in as ("" for a file).
+    virtual QString benutzer() const { return {}; }
 
     // Number of server round trips so far (0 for the embedded engine); for benchmarks.
     virtual qint64 roundTrips() const { return 0; }

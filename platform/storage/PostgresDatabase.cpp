@@ -1,9 +1,11 @@
 #include "PostgresDatabase.h"
 
+#include "platform/core/Geheimnisse.h"
 #include "platform/core/RuntimeError.h"
 
 #include <QDate>
 #include <QDateTime>
+#include <QRegularExpression>
 #include <charconv>
 #include <cmath>
 #include <libpq-fe.h>
@@ -40,6 +42,12 @@ QString zitierterName(const QString &meldung)
     const qsizetype a = meldung.indexOf(QLatin1Char('"'));
     const qsizetype b = a < 0 ? -1 : meldung.indexOf(QLatin1Char('"'), a + 1);
     return b < 0 ? QString() : meldung.mid(a + 1, b - a - 1);
+}
+
+// A text of libpq or the server, never with a password in it.
+QString libpqText(const char *text)
+{
+    return geheimnisseMaskieren(QString::fromUtf8(text).trimmed());
 }
 
 QByteArray alsText(const QVariant &wert)
@@ -172,27 +180,241 @@ PostgresDatabase::~PostgresDatabase()
     PQfinish(m_conn);
 }
 
+namespace {
+
+PostgresDatabase::KennwortAbfrage &kennwortAbfrage()
+{
+    static PostgresDatabase::KennwortAbfrage a;
+    return a;
+}
+
+// Passwords typed into the dialog, by address: asked once per process.
+QHash<QString, QString> &getippteKennwoerter()
+{
+    static QHash<QString, QString> k;
+    return k;
+}
+
+PGconn *verbinden(const QString &uri, const QString &kennwort)
+{
+    const QByteArray u = uri.toUtf8();
+    const QByteArray k = kennwort.toUtf8();
+    // An address's own connect_timeout comes later and wins.
+    const char *schluessel[] = {"connect_timeout", "dbname", "password", nullptr};
+    const char *werte[] = {"10", u.constData(), k.constData(), nullptr};
+    if (kennwort.isEmpty())
+        schluessel[2] = nullptr;
+    return PQconnectdbParams(schluessel, werte, 1);
+}
+
+bool enthaeltEines(const QString &text, std::initializer_list<const char *> teile)
+{
+    for (const char *t : teile) {
+        if (text.contains(QString::fromUtf8(t), Qt::CaseInsensitive))
+            return true;
+    }
+    return false;
+}
+
+// libpq's message without the "connection to server ... failed:" prefixes, each line once: a
+// host tried over IPv6 and IPv4 (or with and without TLS) reports the same fault twice.
+QString detail(const QString &meldung)
+{
+    static const QRegularExpression vorspann(
+        QStringLiteral("^(connection to server|Verbindung zum Server).*?(failed|fehlgeschlagen):"
+                       "\\s*"));
+    QStringList zeilen;
+    for (QString z : meldung.split(u'\n', Qt::SkipEmptyParts)) {
+        z = z.trimmed().remove(vorspann);
+        if (!z.isEmpty() && !zeilen.contains(z))
+            zeilen.append(z);
+    }
+    return zeilen.join(u' ');
+}
+
+QString servername(const QString &server)
+{
+    if (server.isEmpty() || server.startsWith(u'/'))
+        return QStringLiteral("auf diesem Rechner");
+    return QStringLiteral("\u201E%1\u201C").arg(server);
+}
+
+} // namespace
+
+void PostgresDatabase::setKennwortAbfrage(KennwortAbfrage abfrage)
+{
+    kennwortAbfrage() = std::move(abfrage);
+}
+
+RuntimeError PostgresDatabase::verbindungsfehler(const QString &meldung, const QString &benutzer,
+                                                 const QString &server, const QString &port)
+{
+    using namespace fehlernummer;
+    const QString wer = QStringLiteral("\u201E%1\u201C").arg(benutzer);
+    const QString wo = servername(server);
+    int nummer = DatenbankNichtErreichbar;
+    QString text;
+    if (enthaeltEines(meldung,
+                      {"percent-encoded", "Prozent-kodiert", " URI", "IPv6", "connection option",
+                       "Verbindungsoption", "port number", "Portnummer", "key/value separator",
+                       "Wert-Trennzeichen", "unexpected character", "unerwartetes Zeichen",
+                       "missing \"=\"", "could not match", "service file", "Servicedatei",
+                       "definition of service"})) {
+        nummer = AdresseUngueltig;
+        text = QStringLiteral(
+            "Die Datenbankadresse ist ungültig. Sie hat die Form "
+            "postgresql://benutzer@server:port/datenbank?parameter; Sonderzeichen im Benutzernamen "
+            "oder Kennwort werden kodiert geschrieben (% als %25, @ als %40, / als %2F, : als "
+            "%3A), eine IPv6-Adresse steht in eckigen Klammern. Bitte prüfen Sie die Adresse.");
+    } else if (enthaeltEines(meldung,
+                             {"does not match host name", "stimmt nicht mit dem Hostnamen"})) {
+        nummer = ZertifikatAbgelehnt;
+        text = QStringLiteral("Das Zertifikat des Datenbankservers gilt nicht für den Namen %1, "
+                              "unter dem er angesprochen wurde; die Verbindung wurde abgelehnt. "
+                              "Bitte verwenden Sie in der Datenbankadresse den Servernamen aus dem "
+                              "Zertifikat oder wenden Sie sich an die Datenbankverwaltung.")
+                   .arg(wo);
+    } else if (enthaeltEines(meldung,
+                             {"certificate verify failed", "self-signed certificate",
+                              "unable to get local issuer"})) {
+        nummer = ZertifikatAbgelehnt;
+        text = QStringLiteral("Das Zertifikat des Datenbankservers %1 ist nicht vertrauenswürdig: "
+                              "es ist von keiner Stelle unterzeichnet, der die Datenbankadresse "
+                              "vertraut (sslrootcert). Die Verbindung wurde nicht aufgebaut. "
+                              "Bitte prüfen Sie die Zertifikatsdatei in der Adresse oder wenden "
+                              "Sie sich an die Datenbankverwaltung.")
+                   .arg(wo);
+    } else if (enthaeltEines(meldung, {"root certificate file", "Root-Zertifikat-Datei"})) {
+        nummer = ZertifikatAbgelehnt;
+        text = QStringLiteral("Die Datei mit dem Stammzertifikat, dem die Datenbankadresse "
+                              "vertraut (sslrootcert), fehlt oder ist nicht lesbar. Bitte prüfen "
+                              "Sie den Pfad in der Datenbankadresse.");
+    } else if (enthaeltEines(meldung, {"does not support SSL", "unterstützt kein SSL"})) {
+        nummer = ZertifikatAbgelehnt;
+        text = QStringLiteral("Der Datenbankserver %1 bietet keine verschlüsselte Verbindung an, "
+                              "die Datenbankadresse verlangt aber eine (sslmode). Bitte wenden Sie "
+                              "sich an die Datenbankverwaltung.")
+                   .arg(wo);
+    } else if (enthaeltEines(meldung, {"alert", "certificate required"})) {
+        nummer = ZertifikatAbgelehnt;
+        text = QStringLiteral("Der Datenbankserver %1 hat die verschlüsselte Verbindung "
+                              "abgelehnt: er erkennt das Zertifikat dieses Arbeitsplatzes nicht "
+                              "an (sslcert, sslkey). Bitte wenden Sie sich an die "
+                              "Datenbankverwaltung.")
+                   .arg(wo);
+    } else if (enthaeltEines(meldung,
+                             {"could not translate host name", "nicht in Adresse übersetzen"})) {
+        nummer = ServerUnbekannt;
+        text = QStringLiteral("Der Datenbankserver %1 ist nicht bekannt: der Name lässt sich "
+                              "nicht auflösen. Bitte prüfen Sie den Servernamen in der "
+                              "Datenbankadresse und die Netzwerkverbindung.")
+                   .arg(wo);
+    } else if (enthaeltEines(meldung, {"no pg_hba.conf entry", "kein pg_hba.conf-Eintrag"})) {
+        nummer = AnmeldungAbgelehnt;
+        text = QStringLiteral("Der Datenbankserver %1 lässt den Benutzer %2 von diesem "
+                              "Arbeitsplatz aus nicht zu. Bitte wenden Sie sich an die "
+                              "Datenbankverwaltung.")
+                   .arg(wo, wer);
+    } else if (enthaeltEines(meldung,
+                             {"authentication failed", "Authentifizierung", "no password supplied",
+                              "role \"", "Rolle \u00BB"})) {
+        nummer = AnmeldungAbgelehnt;
+        text = QStringLiteral("Der Datenbankserver %1 hat die Anmeldung des Benutzers %2 "
+                              "abgelehnt: Benutzername oder Kennwort stimmen nicht. Bitte prüfen "
+                              "Sie beides (in der Datenbankadresse, in PGPASSWORD oder in der "
+                              "Kennwortdatei) oder wenden Sie sich an die Datenbankverwaltung.")
+                   .arg(wo, wer);
+    } else if (enthaeltEines(meldung, {"database \"", "Datenbank \u00BB"})
+               && enthaeltEines(meldung, {"does not exist", "existiert nicht"})) {
+        text = QStringLiteral("Die Datenbank gibt es auf dem Datenbankserver %1 nicht. Bitte "
+                              "prüfen Sie den Datenbanknamen in der Datenbankadresse.")
+                   .arg(wo);
+    } else if (enthaeltEines(meldung, {"too many clients", "zu viele Verbindungen"})) {
+        text = QStringLiteral("Der Datenbankserver %1 nimmt keine weiteren Verbindungen an. Bitte "
+                              "versuchen Sie es später noch einmal oder wenden Sie sich an die "
+                              "Datenbankverwaltung.")
+                   .arg(wo);
+    } else if (enthaeltEines(meldung,
+                             {"Is the server running", "Läuft der Server", "Connection refused",
+                              "Verbindungsaufbau abgelehnt", "timeout expired",
+                              "Timeout abgelaufen", "No route to host",
+                              "Network is unreachable"})) {
+        nummer = ServerAntwortetNicht;
+        text = QStringLiteral("Der Datenbankserver %1 antwortet nicht%2: er läuft nicht, die "
+                              "Adresse nennt einen falschen Port, oder eine Firewall sperrt ihn. "
+                              "Bitte prüfen Sie Server und Port in der Datenbankadresse oder "
+                              "wenden Sie sich an die Datenbankverwaltung.")
+                   .arg(wo, port.isEmpty() ? QString() : QStringLiteral(" (Port %1)").arg(port));
+    } else {
+        text = RuntimeError::standardText(DatenbankNichtErreichbar);
+    }
+    const QString d = detail(geheimnisseMaskieren(meldung));
+    if (!d.isEmpty())
+        text += QStringLiteral("\r\n\r\nMeldung des Servers: ") + d;
+    return RuntimeError(nummer, text);
+}
+
 std::unique_ptr<PostgresDatabase> PostgresDatabase::oeffnen(const QString &uri)
 {
-    PGconn *conn = PQconnectdb(uri.toUtf8().constData());
-    if (!conn)
-        werfen(fehlernummer::DatenbankNichtErreichbar, uri);
-    if (PQstatus(conn) != CONNECTION_OK) {
-        const QString grund = QString::fromUtf8(PQerrorMessage(conn)).trimmed();
+    adresseMerken(uri);
+    QString kennwort = getippteKennwoerter().value(uri);
+    QString grund;
+    for (int versuch = 0;; ++versuch) {
+        PGconn *conn = verbinden(uri, kennwort);
+        if (!conn)
+            werfen(fehlernummer::DatenbankNichtErreichbar);
+        if (PQstatus(conn) == CONNECTION_OK) {
+            if (!kennwort.isEmpty())
+                getippteKennwoerter().insert(uri, kennwort);
+            std::unique_ptr<PostgresDatabase> db(new PostgresDatabase(uri, conn));
+            db->sitzungEinrichten();
+            return db;
+        }
+        const QString meldung = libpqText(PQerrorMessage(conn));
+        const QString benutzer = QString::fromUtf8(PQuser(conn));
+        const QString server = QString::fromUtf8(PQhost(conn));
+        const QString port = QString::fromUtf8(PQport(conn));
+        const bool fehlt = PQconnectionNeedsPassword(conn);
         PQfinish(conn);
-        werfen(fehlernummer::DatenbankNichtErreichbar, grund);
+        const RuntimeError fehler = verbindungsfehler(meldung, benutzer, server, port);
+        // A password is asked when none was given, and again when the typed one was refused.
+        const bool fragen
+            = fehlt || (!kennwort.isEmpty() && fehler.nummer() == fehlernummer::AnmeldungAbgelehnt);
+        if (!fragen || !kennwortAbfrage() || versuch >= 3) {
+            if (fehlt) {
+                throw RuntimeError(
+                    fehlernummer::AnmeldungAbgelehnt,
+                    QStringLiteral(
+                        "Der Datenbankserver %1 verlangt für den Benutzer \u201E%2\u201C "
+                        "ein Kennwort, es wurde aber keines angegeben. Bitte geben "
+                        "Sie es über die Umgebungsvariable PGPASSWORD, die "
+                        "Kennwortdatei ~/.pgpass oder einen Dienstnamen an (siehe "
+                        "kontenstamm --help).")
+                        .arg(servername(server), benutzer));
+            }
+            throw fehler;
+        }
+        const std::optional<QString> getippt = kennwortAbfrage()(benutzer, server, grund);
+        if (!getippt) {
+            throw RuntimeError(fehlernummer::AnmeldungAbgelehnt,
+                               QStringLiteral("Die Anmeldung an der Datenbank wurde "
+                                              "abgebrochen."));
+        }
+        kennwort = *getippt;
+        kennwortMerken(kennwort);
+        grund = QStringLiteral("Das Kennwort wurde abgelehnt. Bitte geben Sie es noch einmal "
+                               "ein.");
     }
-    std::unique_ptr<PostgresDatabase> db(new PostgresDatabase(uri, conn));
-    db->sitzungEinrichten();
-    return db;
 }
 
 void PostgresDatabase::sitzungEinrichten()
 {
     ++m_roundTrips;
-    Ergebnis e {PQexec(m_conn,
-                       "SET client_encoding TO 'UTF8'; SET DateStyle TO 'ISO'; "
-                       "SET client_min_messages TO warning")};
+    // A row another session holds is waited for as long as a file waits for another writer.
+    const QByteArray sql = "SET client_encoding TO 'UTF8'; SET DateStyle TO 'ISO'; "
+                           "SET client_min_messages TO warning; SET lock_timeout TO "
+        + QByteArray::number(wartezeit());
+    Ergebnis e {PQexec(m_conn, sql.constData())};
     if (PQresultStatus(e.res) != PGRES_COMMAND_OK)
         fehlerWerfen(e.loslassen());
 }
@@ -203,10 +425,8 @@ void PostgresDatabase::verbindungPruefen()
         return;
     // One attempt per call: after a server restart the screen works again.
     PQreset(m_conn);
-    if (PQstatus(m_conn) != CONNECTION_OK) {
-        werfen(fehlernummer::DatenbankNichtErreichbar,
-               QString::fromUtf8(PQerrorMessage(m_conn)).trimmed());
-    }
+    if (PQstatus(m_conn) != CONNECTION_OK)
+        werfen(fehlernummer::DatenbankNichtErreichbar, libpqText(PQerrorMessage(m_conn)));
     sitzungEinrichten();
 }
 
@@ -278,9 +498,9 @@ QPair<QByteArray, int> PostgresDatabase::platzhalterUmsetzen(const QString &sql)
 {
     Ergebnis e {res};
     const QString sqlstate = QString::fromUtf8(PQresultErrorField(res, PG_DIAG_SQLSTATE));
-    QString meldung = QString::fromUtf8(PQresultErrorField(res, PG_DIAG_MESSAGE_PRIMARY));
+    QString meldung = libpqText(PQresultErrorField(res, PG_DIAG_MESSAGE_PRIMARY));
     if (meldung.isEmpty())
-        meldung = QString::fromUtf8(PQerrorMessage(m_conn)).trimmed();
+        meldung = libpqText(PQerrorMessage(m_conn));
     if (PQstatus(m_conn) != CONNECTION_OK || sqlstate.startsWith(QLatin1String("08"))
         || sqlstate.startsWith(QLatin1String("57P"))) {
         werfen(fehlernummer::DatenbankNichtErreichbar, meldung);
@@ -291,6 +511,19 @@ QPair<QByteArray, int> PostgresDatabase::platzhalterUmsetzen(const QString &sql)
         werfen(fehlernummer::FeldNichtGefunden, zitierterName(meldung));
     if (sqlstate == QLatin1String("23505"))
         werfen(fehlernummer::DoppelterSchluessel);
+    if (sqlstate == QLatin1String("53100"))
+        werfen(fehlernummer::DatentraegerVoll, meldung);
+    if (sqlstate == QLatin1String("58030"))
+        werfen(fehlernummer::DatentraegerFehler, meldung);
+    if (sqlstate == QLatin1String("55P03") || sqlstate == QLatin1String("40P01"))
+        werfen(fehlernummer::AndererSchreibt, meldung);
+    if (sqlstate == QLatin1String("42501") || sqlstate == QLatin1String("25006")) {
+        throw RuntimeError(fehlernummer::KeineBerechtigung,
+                           QStringLiteral("Der Datenbankbenutzer \u201E%1\u201C darf das nicht: "
+                                          "%2. Bitte wenden Sie sich an die "
+                                          "Datenbankverwaltung.")
+                               .arg(benutzer(), meldung));
+    }
     throw RuntimeError(AllgemeinerFehler, QStringLiteral("[%1] %2").arg(sqlstate, meldung));
 }
 
@@ -410,6 +643,36 @@ QStringList PostgresDatabase::primaryKey(const QString &tabelle)
     while (c->next())
         namen.append(c->wert(0).toString());
     return namen;
+}
+
+std::optional<Tabellenrechte> PostgresDatabase::rechte(const QString &tabelle)
+{
+    // pg_class shows every table, also one the user may not touch at all.
+    auto c
+        = query(QStringLiteral(
+                    "SELECT has_schema_privilege(n.oid, 'USAGE') AND "
+                    "has_table_privilege(c.oid, 'SELECT'), "
+                    "has_table_privilege(c.oid, 'INSERT'), has_table_privilege(c.oid, 'UPDATE'), "
+                    "has_table_privilege(c.oid, 'DELETE'), "
+                    "current_setting('transaction_read_only') = 'on' "
+                    "FROM pg_class c JOIN pg_namespace n ON n.oid = c.relnamespace "
+                    "WHERE n.nspname = current_schema() AND lower(c.relname) = lower(?) "
+                    "AND c.relkind IN ('r', 'p', 'v')"),
+                {tabelle});
+    if (!c->next())
+        return std::nullopt;
+    Tabellenrechte r;
+    r.lesen = c->ganzzahl(0) != 0;
+    const bool schreiben = r.lesen && c->ganzzahl(4) == 0;
+    r.einfuegen = schreiben && c->ganzzahl(1) != 0;
+    r.aendern = schreiben && c->ganzzahl(2) != 0;
+    r.loeschen = schreiben && c->ganzzahl(3) != 0;
+    return r;
+}
+
+QString PostgresDatabase::benutzer() const
+{
+    return QString::fromUtf8(PQuser(m_conn));
 }
 
 } // namespace platform::storage

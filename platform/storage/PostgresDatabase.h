@@ -1,8 +1,11 @@
 #pragma once
 
 #include "Database.h"
+#include "platform/core/RuntimeError.h"
 
 #include <QHash>
+#include <functional>
+#include <optional>
 
 struct pg_conn;
 struct pg_result;
@@ -15,8 +18,24 @@ namespace platform::storage {
 class PostgresDatabase final : public Database
 {
 public:
-    // Connects to a postgresql:// or postgres:// URI. Failure: 3151 with libpq's reason.
+    // Asked when the server wants a password that neither the address, PGPASSWORD, the password
+    // file nor a service gave: the user and server to name, and why it asks again ("" the first
+    // time). Returns the password, or nothing when the user cancelled.
+    using KennwortAbfrage = std::function<std::optional<QString>(
+        const QString &benutzer, const QString &server, const QString &grund)>;
+    // Without one (the tools without a screen) a missing password fails with 3029.
+    static void setKennwortAbfrage(KennwortAbfrage abfrage);
+
+    // Connects to a postgresql:// or postgres:// URI (a password typed into the dialog is kept
+    // for the process, so the address is asked for it once). Failure: the German error of
+    // verbindungsfehler(); libpq's text follows as detail, the password masked.
     static std::unique_ptr<PostgresDatabase> oeffnen(const QString &uri);
+
+    // The error for a connection libpq could not make, from its message (English or German):
+    // 3029 login refused, 3152 unknown server, 3153 server not answering, 3154 certificate
+    // or encryption refused, 3155 malformed address, else 3151.
+    static RuntimeError verbindungsfehler(const QString &meldung, const QString &benutzer,
+                                          const QString &server, const QString &port);
 
     ~PostgresDatabase() override;
 
@@ -33,6 +52,9 @@ public:
     bool hasTable(const QString &tabelle) override;
     QStringList columns(const QString &tabelle) override;
     QStringList primaryKey(const QString &tabelle) override;
+
+    std::optional<Tabellenrechte> rechte(const QString &tabelle) override;
+    QString benutzer() const override;
 
     qint64 roundTrips() const override { return m_roundTrips; }
 

@@ -75,8 +75,23 @@ void engineBereit()
         werfen(fehlernummer::FeldNichtGefunden, nameNach(QLatin1String("has no column named")));
     if (erweitert == SQLITE_CONSTRAINT_UNIQUE || erweitert == SQLITE_CONSTRAINT_PRIMARYKEY)
         werfen(fehlernummer::DoppelterSchluessel);
-    if ((erweitert & 0xff) == SQLITE_NOTADB)
+    switch (erweitert & 0xff) {
+    case SQLITE_NOTADB:
         werfen(fehlernummer::UngueltigesKennwort);
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        // The busy wait ran out: another workstation keeps writing. SQLite's "database is
+        // locked" would tell the user nothing more.
+        werfen(fehlernummer::AndererSchreibt);
+    case SQLITE_FULL:
+        werfen(fehlernummer::DatentraegerVoll, meldung);
+    case SQLITE_IOERR:
+        if (erweitert != SQLITE_IOERR_NOMEM)
+            werfen(fehlernummer::DatentraegerFehler, meldung);
+        break;
+    default:
+        break;
+    }
     throw RuntimeError(erweitert, meldung);
 }
 
@@ -330,7 +345,7 @@ Versuch versuchen(Verbindung &v, const QString &pfad, const QString &passwort,
     sqlite3_db_config(v.db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
     // Several users on one file: a connection waits for another one's short transaction
     // instead of failing with "database is locked".
-    sqlite3_busy_timeout(v.db, exklusiv ? 400 : 15000);
+    sqlite3_busy_timeout(v.db, exklusiv ? 400 : Database::wartezeit());
     if (format != SqlCipherDatabase::Format::Unverschluesselt)
         schluesselSetzen(v.db, passwort, format);
     if (exklusiv)
@@ -732,7 +747,7 @@ SqlCipherDatabase::Zeiger SqlCipherDatabase::anlegen(const QString &pfad, const 
         sqliteFehler(v.db, rc);
     sqlite3_extended_result_codes(v.db, 1);
     sqlite3_db_config(v.db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-    sqlite3_busy_timeout(v.db, 15000);
+    sqlite3_busy_timeout(v.db, Database::wartezeit());
     if (format != Format::Unverschluesselt)
         schluesselSetzen(v.db, passwort, format);
     einstellen(v.db, false);
@@ -793,7 +808,9 @@ std::unique_ptr<Cursor> SqlCipherDatabase::query(const QString &sql, const QVari
 
 void SqlCipherDatabase::begin()
 {
-    direkt(m_db, "BEGIN");
+    // Every transaction here writes: taking the write lock at once makes it wait its busy time
+    // for another writer, where a deferred one would fail at its first write without waiting.
+    direkt(m_db, "BEGIN IMMEDIATE");
 }
 
 void SqlCipherDatabase::commit()
@@ -809,6 +826,15 @@ void SqlCipherDatabase::rollback()
 bool SqlCipherDatabase::inTransaction() const
 {
     return sqlite3_get_autocommit(m_db) == 0;
+}
+
+std::optional<Tabellenrechte> SqlCipherDatabase::rechte(const QString &tabelle)
+{
+    if (!hasTable(tabelle))
+        return std::nullopt;
+    const bool schreiben = sqlite3_db_readonly(m_db, "main") == 0
+        && scalar(QStringLiteral("PRAGMA query_only")).toInt() == 0;
+    return Tabellenrechte {true, schreiben, schreiben, schreiben};
 }
 
 QString SqlCipherDatabase::tabellenName(const QString &tabelle)

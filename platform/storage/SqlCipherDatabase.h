@@ -58,6 +58,7 @@ public:
     bool hasTable(const QString &tabelle) override;
     QStringList columns(const QString &tabelle) override;
     QStringList primaryKey(const QString &tabelle) override;
+    std::optional<Tabellenrechte> rechte(const QString &tabelle) override;
 
 private:
     SqlCipherDatabase(const QString &pfad, sqlite3 *db, Format format);

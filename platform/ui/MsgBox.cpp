@@ -1,9 +1,11 @@
 #include "MsgBox.h"
 
+#include "platform/core/Geheimnisse.h"
 #include "platform/core/RuntimeError.h"
 #include "platform/core/VbWerte.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -123,10 +125,29 @@ int MsgBox(const QString &text, int buttons, const QString &title)
 {
     if (MsgBoxAntworten(buttons).isEmpty() || buttons < 0)
         throw RuntimeError(5, QStringLiteral("Ungültiger Prozeduraufruf oder ungültiges Argument"));
-    const QString titel = title.isEmpty() ? anwendungsTitel() : title;
+    // No box ever shows a password, whatever text an engine or a caller put together.
+    const QString sicher = geheimnisseMaskieren(text);
+    const QString titel = title.isEmpty() ? anwendungsTitel() : geheimnisseMaskieren(title);
     if (g_protokoll)
-        return g_protokoll->beantworten({text, buttons, titel, 0});
-    return zeigen(text, buttons, titel);
+        return g_protokoll->beantworten({sicher, buttons, titel, 0});
+    return zeigen(sicher, buttons, titel);
+}
+
+void Hinweis(const QString &text, const QString &title)
+{
+    const QString sicher = geheimnisseMaskieren(text);
+    const QString titel = title.isEmpty() ? anwendungsTitel() : geheimnisseMaskieren(title);
+    if (g_protokoll) {
+        g_protokoll->vermerken({sicher, vbOKOnly | vbInformation, titel, vbOK, true});
+        return;
+    }
+    auto *box = new QMessageBox(QMessageBox::Information, titel,
+                                QString(sicher).replace(QLatin1String("\r\n"), "\n"),
+                                QMessageBox::Ok, QApplication::activeWindow());
+    box->setTextFormat(Qt::PlainText);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowModality(Qt::NonModal);
+    box->show();
 }
 
 int MsgBox(const QString &text, const QVariant &buttons, const QString &title)

@@ -52,6 +52,10 @@ int MsgBox(const QString &text, int buttons = vbOKOnly, const QString &title = {
 // any box is shown.
 int MsgBox(const QString &text, const QVariant &buttons, const QString &title = {});
 
+// Shows `text` in a box that does not wait for an answer (OK only, information icon) and returns
+// at once: a notice the user may read while going on with the work.
+void Hinweis(const QString &text, const QString &title = {});
+
 // The answers the buttons of a button group give, in the order shown.
 QList<int> MsgBoxAntworten(int buttons);
 
@@ -61,6 +65,7 @@ struct MsgBoxEintrag
     int buttons = 0;
     QString titel; // as shown, the default title filled in
     int antwort = 0;
+    bool nichtModal = false; // a notice of Hinweis()
 };
 
 // Test handler: while it lives, MsgBox shows nothing; it records every box and answers from a
@@ -89,8 +94,9 @@ public:
     qsizetype offeneAntworten() const { return qsizetype(m_antworten.size()); }
     void leeren();
 
-    // Used by MsgBox.
+    // Used by MsgBox and Hinweis (a notice takes no scripted answer).
     int beantworten(MsgBoxEintrag eintrag);
+    void vermerken(MsgBoxEintrag eintrag) { m_eintraege.append(std::move(eintrag)); }
 
 private:
     std::deque<int> m_antworten;

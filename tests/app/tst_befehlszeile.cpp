@@ -1,5 +1,6 @@
 // The host program's command line and the call information it builds.
 #include "app/Befehlszeile.h"
+#include "platform/core/Geheimnisse.h"
 
 #include <QTest>
 
@@ -21,6 +22,12 @@ private slots:
             << QStringList {"--jahr", "zwei"} << QStringLiteral("Ungültiges Jahr");
         QTest::newRow("year too small")
             << QStringList {"--jahr", "99"} << QStringLiteral("Ungültiges Jahr");
+        QTest::newRow("year with sign")
+            << QStringList {"--jahr", "+2026"} << QStringLiteral("Ungültiges Jahr");
+        QTest::newRow("year five digits")
+            << QStringList {"--jahr", "02026"} << QStringLiteral("Ungültiges Jahr");
+        QTest::newRow("tool year with sign")
+            << QStringList {"pruefen", "+2026"} << QStringLiteral("Ungültiges Buchungsjahr");
         QTest::newRow("processing year")
             << QStringList {"--verarbeitungsjahr", "20x3"} << QStringLiteral("Ungültiges Jahr");
         QTest::newRow("init without place")
@@ -51,6 +58,74 @@ private slots:
         QString meldung;
         QVERIFY(!befehlszeileLesen(argumente, meldung));
         QVERIFY2(meldung.contains(meldungEnthaelt), qPrintable(meldung));
+    }
+
+    // What the process list shows afterwards: the password gone, the rest of the address kept.
+    void kennwortAusArgumenten_data()
+    {
+        QTest::addColumn<QString>("argument");
+        QTest::addColumn<QString>("danach");
+        QTest::addColumn<QStringList>("kennwoerter");
+        QTest::newRow("user part")
+            << "postgresql://zep:Geheim99@db:5432/k"
+            << "postgresql://zep:*****@db:5432/k" << QStringList {"Geheim99"};
+        QTest::newRow("short password") << "postgres://zep:ab@db/k"
+                                        << "postgres://zep:**@db/k" << QStringList {"ab"};
+        QTest::newRow("parameter") << "postgresql://db/k?user=zep&password=Geheim99&sslmode=require"
+                                   << "postgresql://db/k?user=zep&password=*****&sslmode=require"
+                                   << QStringList {"Geheim99"};
+        // A raw "@" or "%" in the password: libpq reads it otherwise, the user meant it whole.
+        QTest::newRow("at sign in password")
+            << "postgresql://zep:Ge@heim@db/k"
+            << "postgresql://zep:*****@db/k" << QStringList {"Ge", "Ge@heim"};
+        QTest::newRow("percent in password")
+            << "postgresql://zep:Geheim%9@db/k"
+            << "postgresql://zep:*****@db/k" << QStringList {"Geheim%9"};
+        QTest::newRow("no password") << "postgresql://zep@db/k"
+                                     << "postgresql://zep@db/k" << QStringList();
+        QTest::newRow("file path") << "/daten/zep:x@y.zdb"
+                                   << "/daten/zep:x@y.zdb" << QStringList();
+    }
+    void kennwortAusArgumenten()
+    {
+        QFETCH(QString, argument);
+        QFETCH(QString, danach);
+        QFETCH(QStringList, kennwoerter);
+        QByteArray programm("kontenstamm"), arg = argument.toUtf8(), option("--datenbank");
+        char *argv[] = {programm.data(), option.data(), arg.data(), nullptr};
+        QCOMPARE(platform::kennwoerterInArgumentenLoeschen(3, argv), danach == argument ? 0 : 1);
+        QCOMPARE(QString::fromUtf8(argv[2]), danach);
+        QCOMPARE(QByteArray(argv[1]), option);
+        QCOMPARE(platform::kennwoerterDerAdresse(argument), kennwoerter);
+        // Remembered, the password is masked wherever it turns up, also percent-decoded.
+        platform::adresseMerken(argument);
+        for (const QString &k : kennwoerter) {
+            const QString text = platform::geheimnisseMaskieren("Fehler bei \"" + k + "\": x");
+            QVERIFY2(!text.contains(k), qPrintable(text));
+        }
+    }
+
+    // libpq's messages, whatever address they repeat, never show the password.
+    void kennwortInMeldungen_data()
+    {
+        QTest::addColumn<QString>("meldung");
+        QTest::addColumn<QString>("maskiert");
+        QTest::newRow("address") << "invalid URI: \"postgresql://zep:Xy7%qq@db/k\""
+                                 << "invalid URI: \"postgresql://zep:*****@db/k\"";
+        QTest::newRow("broken IPv6 host") << "bad host postgresql://zep:Xy7qq@[::1/k end"
+                                          << "bad host postgresql://zep:*****@[::1/k end";
+        QTest::newRow("keyword") << "invalid connection option: password=Xy7qq host=db"
+                                 << "invalid connection option: password=***** host=db";
+        QTest::newRow("quoted keyword") << "password = 'Xy 7qq' dbname=k"
+                                        << "password = ***** dbname=k";
+        QTest::newRow("nothing secret") << "could not translate host name \"db\""
+                                        << "could not translate host name \"db\"";
+    }
+    void kennwortInMeldungen()
+    {
+        QFETCH(QString, meldung);
+        QFETCH(QString, maskiert);
+        QCOMPARE(platform::geheimnisseMaskieren(meldung), maskiert);
     }
 
     void jahreswerkzeuge()

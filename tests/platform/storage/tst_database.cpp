@@ -4,14 +4,17 @@
 #include "platform/storage/PostgresDatabase.h"
 #include "platform/storage/SqlCipherDatabase.h"
 
+#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDate>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
+#include <sqlite3.h>
 
 using platform::RuntimeError;
 using platform::storage::Cursor;
@@ -112,6 +115,70 @@ QMap<QString, qint64> zeilenJeTabelle(Database &db)
 std::shared_ptr<Database> g_bisZumEnde;
 std::unique_ptr<Cursor> g_cursorBisZumEnde;
 
+struct SchreibMethoden
+{
+    const sqlite3_io_methods *original = nullptr;
+    sqlite3_io_methods kopie {};
+};
+
+// A layer over the default file system of the file engine that fails every write with `fehler`
+// while it is set, as a full or a broken disk does. It is the default while it lives.
+class Schreibfehler
+{
+public:
+    explicit Schreibfehler()
+    {
+        s_unten = sqlite3_vfs_find(nullptr);
+        m_vfs = *s_unten;
+        m_vfs.zName = "zep_schreibfehler";
+        m_vfs.xOpen = &oeffnen;
+        sqlite3_vfs_register(&m_vfs, 1);
+    }
+    ~Schreibfehler()
+    {
+        sqlite3_vfs_register(s_unten, 1);
+        sqlite3_vfs_unregister(&m_vfs);
+        s_fehler = SQLITE_OK;
+    }
+    static inline int s_fehler = SQLITE_OK;
+
+private:
+    // The file stays the lower layer's; only its write method is exchanged. The lower layer has
+    // methods of its own per kind of file (with locking or without, for the WAL and journal):
+    // one exchanged copy of each.
+    static inline SchreibMethoden s_methoden[8];
+    static int oeffnen(sqlite3_vfs *, sqlite3_filename name, sqlite3_file *f, int flags, int *aus)
+    {
+        const int rc = s_unten->xOpen(s_unten, name, f, flags, aus);
+        if (rc != SQLITE_OK || !f->pMethods)
+            return rc;
+        for (SchreibMethoden &m : s_methoden) {
+            if (!m.original) {
+                m.original = f->pMethods;
+                m.kopie = *f->pMethods;
+                m.kopie.xWrite = &schreiben;
+            }
+            if (m.original == f->pMethods) {
+                f->pMethods = &m.kopie;
+                break;
+            }
+        }
+        return rc;
+    }
+    static int schreiben(sqlite3_file *f, const void *daten, int n, sqlite3_int64 wo)
+    {
+        if (s_fehler != SQLITE_OK)
+            return s_fehler;
+        for (const SchreibMethoden &m : s_methoden) {
+            if (&m.kopie == f->pMethods)
+                return m.original->xWrite(f, daten, n, wo);
+        }
+        return SQLITE_IOERR_WRITE;
+    }
+    static inline sqlite3_vfs *s_unten = nullptr;
+    sqlite3_vfs m_vfs {};
+};
+
 } // namespace
 
 class tst_Database : public QObject
@@ -133,6 +200,13 @@ private slots:
     void andererFehlerBehaeltEngineText();
     void falscheParameterzahl();
     void transaktionRolltZurueck();
+    void andererSchreibtWartetUndMeldet();
+    void rechteDerRolle_data();
+    void rechteDerRolle();
+    void datentraegerfehler_data();
+    void datentraegerfehler();
+    void anmeldungUndTls_data();
+    void anmeldungUndTls();
     void schemaFragen();
     void registryTeiltVerbindung();
     void gleicheAnweisungZweiCursor();
@@ -378,6 +452,195 @@ void tst_Database::transaktionRolltZurueck()
     QCOMPARE(m_db->scalar(QStringLiteral("SELECT max(y) FROM x")).toLongLong(), 2);
 }
 
+void tst_Database::andererSchreibtWartetUndMeldet()
+{
+    const QString aendern
+        = QStringLiteral("UPDATE Konten SET KontoBezeichnung = ? WHERE KontoNr = '0001'");
+    m_db->execute(QStringLiteral("INSERT INTO Konten (KontoNr, KontoJJ) VALUES ('0001', 2003)"));
+    Database::setWartezeit(300);
+    auto wartend = Database::openSeparate(m_ort);
+    Database::setWartezeit(15000);
+    auto halter = Database::openSeparate(m_ort);
+    halter->begin();
+    halter->execute(aendern, {QStringLiteral("halter")});
+    // Alone, in a transaction of its own: the wait runs out, and says so in German.
+    QString text;
+    QCOMPARE(fehlerVon([&] { wartend->execute(aendern, {QStringLiteral("x")}); }, &text),
+             fehlernummer::AndererSchreibt);
+    QVERIFY2(text.startsWith(RuntimeError::standardText(fehlernummer::AndererSchreibt)),
+             qPrintable(text));
+    QVERIFY2(!text.contains(QLatin1String("locked")), qPrintable(text));
+    QCOMPARE(fehlerVon([&] {
+                 Transaktion t(*wartend);
+                 wartend->execute(aendern, {QStringLiteral("x")});
+                 t.commit();
+             }),
+             fehlernummer::AndererSchreibt);
+    halter->commit();
+    // Once the other is done, the same connection writes.
+    wartend->execute(aendern, {QStringLiteral("danach")});
+    QCOMPARE(m_db->scalar(QStringLiteral("SELECT KontoBezeichnung FROM Konten")).toString(),
+             QStringLiteral("danach"));
+}
+
+void tst_Database::rechteDerRolle_data()
+{
+    QTest::addColumn<QString>("recht"); // granted on Konten to a new role
+    QTest::addColumn<bool>("lesen");
+    QTest::addColumn<bool>("aendern");
+    QTest::newRow("alles") << "SELECT, INSERT, UPDATE, DELETE" << true << true;
+    QTest::newRow("nur lesen") << "SELECT" << true << false;
+    QTest::newRow("keines") << "" << false << false;
+}
+
+void tst_Database::rechteDerRolle()
+{
+    QFETCH(QString, recht);
+    QFETCH(bool, lesen);
+    QFETCH(bool, aendern);
+    std::shared_ptr<Database> db = m_db;
+    if (testhilfe::aktuelleEngine() == Engine::PostgreSql) {
+        static int n = 0;
+        const QString rolle
+            = QStringLiteral("zt_rolle_%1_%2").arg(QCoreApplication::applicationPid()).arg(++n);
+        m_db->execute(QStringLiteral("CREATE ROLE %1 LOGIN").arg(rolle));
+        if (!recht.isEmpty())
+            m_db->execute(QStringLiteral("GRANT %1 ON Konten TO %2").arg(recht, rolle));
+        QString uri = m_ort;
+        uri.replace(QRegularExpression(QStringLiteral("user=[^&]*")),
+                    QStringLiteral("user=") + rolle);
+        db = Database::openSeparate(uri);
+        QCOMPARE(db->benutzer(), rolle);
+    } else if (!lesen) {
+        QSKIP("a file has no rights per user");
+    } else if (!aendern) {
+        db = Database::openReadOnly(m_ort);
+    }
+    const auto r = db->rechte(QStringLiteral("konten"));
+    QVERIFY(r);
+    QCOMPARE(r->lesen, lesen);
+    QCOMPARE(r->aendern, aendern);
+    QCOMPARE(r->einfuegen, aendern);
+    QCOMPARE(r->loeschen, aendern);
+    QVERIFY(!db->rechte(QStringLiteral("GibtEsNicht")));
+    if (testhilfe::aktuelleEngine() == Engine::PostgreSql && !aendern) {
+        // What the server refuses is said in German, naming the role.
+        QString text;
+        const auto versuch = [&] {
+            if (lesen)
+                db->execute(QStringLiteral("DELETE FROM Konten"));
+            else
+                db->query(QStringLiteral("SELECT * FROM Konten"))->next();
+        };
+        QCOMPARE(fehlerVon(versuch, &text), fehlernummer::KeineBerechtigung);
+        QVERIFY2(text.contains(db->benutzer()), qPrintable(text));
+    }
+}
+
+void tst_Database::datentraegerfehler_data()
+{
+    QTest::addColumn<int>("fehler");
+    QTest::addColumn<int>("nummer");
+    QTest::addColumn<QString>("anfang");
+    QTest::newRow("voll") << SQLITE_FULL << fehlernummer::DatentraegerVoll
+                          << "Der Datenträger ist voll";
+    QTest::newRow("Schreibfehler") << SQLITE_IOERR_WRITE << fehlernummer::DatentraegerFehler
+                                   << "Datenträger- oder Netzwerkfehler";
+}
+
+void tst_Database::datentraegerfehler()
+{
+    QFETCH(int, fehler);
+    QFETCH(int, nummer);
+    QFETCH(QString, anfang);
+    if (testhilfe::aktuelleEngine() == Engine::PostgreSql)
+        QSKIP("the server's disk is the server's");
+    m_db->execute(QStringLiteral("INSERT INTO Konten (KontoNr, KontoJJ, KontoBezeichnung) "
+                                 "VALUES ('0001', 2003, 'alt')"));
+    Schreibfehler schicht;
+    auto db = Database::openSeparate(m_ort);
+    Schreibfehler::s_fehler = fehler;
+    const QString neu = QStringLiteral("UPDATE Konten SET KontoBezeichnung = 'neu'");
+    const QString dazu = QStringLiteral("INSERT INTO Konten (KontoNr, KontoJJ) VALUES ('0002', 1)");
+    QString text;
+    QCOMPARE(fehlerVon([&] { db->execute(neu); }, &text), nummer);
+    QVERIFY2(text.startsWith(anfang), qPrintable(text));
+    QCOMPARE(fehlerVon([&] {
+                 Transaktion t(*db);
+                 db->execute(dazu);
+                 db->execute(neu);
+                 t.commit();
+             }),
+             nummer);
+    Schreibfehler::s_fehler = SQLITE_OK;
+    // Nothing half-written, and once there is room again the same connection saves.
+    QCOMPARE(m_db->scalar(QStringLiteral("SELECT KontoBezeichnung FROM Konten")).toString(),
+             QStringLiteral("alt"));
+    QCOMPARE(anzahl(*m_db, QStringLiteral("Konten")), 1);
+    db->execute(neu);
+    QCOMPARE(m_db->scalar(QStringLiteral("SELECT KontoBezeichnung FROM Konten")).toString(),
+             QStringLiteral("neu"));
+}
+
+void tst_Database::anmeldungUndTls_data()
+{
+    // DIR and PORT: the cluster of "scripts/pg-test-cluster start-tls" (ZEP_TEST_PG_TLS).
+    const QString tls = QStringLiteral("postgresql://zeppw@localhost:PORT/postgres?"
+                                       "sslmode=verify-full&sslrootcert=DIR/ca.crt");
+    QTest::addColumn<QString>("adresse");
+    QTest::addColumn<QString>("kennwort"); // PGPASSWORD, "" none
+    QTest::addColumn<int>("nummer"); // 0: connected
+    QTest::addColumn<QString>("text");
+    QTest::newRow("TLS, richtiges Kennwort") << tls << "zep-Kennwort" << 0 << "";
+    QTest::newRow("falsches Kennwort")
+        << tls << "falsch" << fehlernummer::AnmeldungAbgelehnt
+        << "hat die Anmeldung des Benutzers \u201Ezeppw\u201C abgelehnt";
+    QTest::newRow("kein Kennwort") << tls << "" << fehlernummer::AnmeldungAbgelehnt
+                                   << "verlangt für den Benutzer \u201Ezeppw\u201C ein Kennwort";
+    QTest::newRow("falsches Kennwort in der Adresse")
+        << QString(tls).replace("zeppw@", "zeppw:Ge%25heim@") << ""
+        << fehlernummer::AnmeldungAbgelehnt << "abgelehnt: Benutzername oder Kennwort";
+    QTest::newRow("fremde Zertifizierungsstelle")
+        << QString(tls).replace("ca.crt", "fremd-ca.crt") << "zep-Kennwort"
+        << fehlernummer::ZertifikatAbgelehnt << "ist nicht vertrauenswürdig";
+    QTest::newRow("anderer Servername")
+        << QString(tls).replace("localhost", "127.0.0.1") << "zep-Kennwort"
+        << fehlernummer::ZertifikatAbgelehnt << "gilt nicht für den Namen \u201E127.0.0.1\u201C";
+    QTest::newRow("Stammzertifikat fehlt")
+        << QString(tls).replace("ca.crt", "fehlt.crt") << "zep-Kennwort"
+        << fehlernummer::ZertifikatAbgelehnt << "Die Datei mit dem Stammzertifikat";
+}
+
+void tst_Database::anmeldungUndTls()
+{
+    QFETCH(QString, adresse);
+    QFETCH(QString, kennwort);
+    QFETCH(int, nummer);
+    QFETCH(QString, text);
+    const QString dir = qEnvironmentVariable("ZEP_TEST_PG_TLS");
+    if (testhilfe::aktuelleEngine() != Engine::PostgreSql || dir.isEmpty())
+        QSKIP("needs the TLS cluster of scripts/pg-test-cluster start-tls in ZEP_TEST_PG_TLS");
+    QFile portDatei(dir + QStringLiteral("/port"));
+    QVERIFY(portDatei.open(QIODevice::ReadOnly));
+    adresse.replace(QLatin1String("PORT"), QString::fromLatin1(portDatei.readAll().trimmed()))
+        .replace(QLatin1String("DIR"), dir);
+    qputenv("PGPASSFILE", "/nonexistent");
+    if (kennwort.isEmpty())
+        qunsetenv("PGPASSWORD");
+    else
+        qputenv("PGPASSWORD", kennwort.toUtf8());
+    const auto zurueck = qScopeGuard([] {
+        qunsetenv("PGPASSWORD");
+        qunsetenv("PGPASSFILE");
+    });
+    QString meldung;
+    QCOMPARE(fehlerVon([&] { Database::openSeparate(adresse); }, &meldung), nummer);
+    QVERIFY2(meldung.contains(text), qPrintable(meldung));
+    QVERIFY2(!meldung.contains(QLatin1String("heim")), qPrintable(meldung));
+    // libpq tries a host twice (with and without TLS, IPv6 and IPv4): its reason is said once.
+    QVERIFY2(meldung.count(QLatin1String("failed")) <= 1, qPrintable(meldung));
+}
+
 void tst_Database::schemaFragen()
 {
     QVERIFY(m_db->hasTable(QStringLiteral("Konten")));
@@ -492,12 +755,17 @@ void tst_Database::verbindungsabbruchUndWiederherstellung()
     QCOMPARE(opfer->scalar(QStringLiteral("SELECT count(*) FROM x")).toLongLong(), 0);
     QVERIFY(opfer->scalar(QStringLiteral("SELECT pg_backend_pid()")).toLongLong() != pid);
 
-    // A server that cannot be reached at all.
-    QCOMPARE(fehlerVon([&] {
-                 Database::openSeparate(
-                     QStringLiteral("postgresql:///zt_gibtesnicht?host=/nonexistent&port=1"));
-             }),
-             fehlernummer::DatenbankNichtErreichbar);
+    // A server that cannot be reached at all is said so at start, with its socket.
+    QCOMPARE(fehlerVon(
+                 [&] {
+                     Database::openSeparate(
+                         QStringLiteral("postgresql:///zt_gibtesnicht?host=/nonexistent&port=1"));
+                 },
+                 &text),
+             fehlernummer::ServerAntwortetNicht);
+    QVERIFY2(text.startsWith(QLatin1String("Der Datenbankserver auf diesem Rechner antwortet "
+                                           "nicht (Port 1)")),
+             qPrintable(text));
 }
 
 void tst_Database::falscherSchluesselLaesstDateiUnveraendert_data()
