@@ -1,6 +1,7 @@
 // Allocation key 0 ("keine Definition") must always exist.
 #include "accounts/Kontentexte.h"
 #include "accounts/frmKontenStamm.h"
+#include "frame/mdlKontenStamm.h"
 #include "platform/core/RuntimeError.h"
 #include "platform/ui/DataControl.h"
 #include "platform/ui/Fehlerfalle.h"
@@ -15,8 +16,9 @@ void frmKontenStamm::AslSelect()
     platform::Falle(texte::OrtAslSelect, [this] {
         auto &asl = *m_ui->ASLData;
         asl.setRecordSource(texte::SqlSchluessel);
-        // Without the keys read, key 0 is not added on a guess.
-        if (!asl.RefreshOderFehler())
+        // Without the keys read, key 0 is not added on a guess; a user who may only read
+        // cannot have it added.
+        if (!asl.RefreshOderFehler() || mdlKontenStamm::SchreibrechtFehlt)
             return;
         if (asl.rs().RecordCount() == 0) {
             Schl0Anlegen();

@@ -2,10 +2,12 @@
 
 #include "accounts/frmKontenStamm.h"
 #include "creditors/frmKreditorenKontenStamm.h"
+#include "frame/DatenSteuerungen.h"
 #include "frame/mdlFehlerZL.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/core/RuntimeError.h"
 #include "platform/core/VbWerte.h"
+#include "platform/ui/Anmeldung.h"
 #include "platform/ui/Fehlerfalle.h"
 #include "platform/ui/MsgBox.h"
 #include "siblings/zelAllgError.h"
@@ -17,6 +19,16 @@ using platform::RuntimeError;
 namespace vb = platform::vb;
 
 namespace {
+
+// The tables each screen reads when it loads, and the one it changes.
+const QStringList KontenTabellen = {
+    QStringLiteral("ObjKanzleiKontenstamm"), QStringLiteral("ObjKanzleiSalden"),
+    QStringLiteral("AllgSchluesselDaten"),   QStringLiteral("BilanzPos"),
+    QStringLiteral("BilanzPosZL7"),          QStringLiteral("AbrPosBkAbr"),
+    QStringLiteral("AbrPosBkBlöcke"),
+};
+const QStringList KreditorenTabellen
+    = {QStringLiteral("KreditorenKontenstamm"), QStringLiteral("KreditorenBuchungen")};
 
 // A slot of the host's array, with the runtime's bounds check.
 const QVariant &aufrufSlot(const QVariantList &info, int index)
@@ -34,6 +46,7 @@ zelKontenStamm::zelKontenStamm(QObject *parent)
     AufrufInfo = QVariantList(AufrufInfoGroesse);
     siblingsRegistrieren();
     mdlFehlerZL::alsFehlerberichtEinrichten();
+    platform::anmeldungEinrichten();
 }
 
 zelKontenStamm::~zelKontenStamm()
@@ -79,6 +92,10 @@ void zelKontenStamm::Kontenstamm_Aufruf(QVariantList &Info)
     if (!sitzungUebernehmen(Info))
         return;
     AktuellesProgramm = QStringLiteral("frmKontenStamm");
+    // A database that cannot be reached or read is said once, before any screen loads.
+    const auto db = frame::sitzungOeffnen(KontenTabellen, KontenTabellen.front());
+    if (!db)
+        return;
     platform::Falle(QStringLiteral("zelKontenStamm, in Kontenstamm_Aufruf"), [this] {
         bildschirmLaden();
         m_frmKontenStamm->exec();
@@ -91,6 +108,9 @@ void zelKontenStamm::Kontenstamm_Aufruf(QVariantList &Info)
 void zelKontenStamm::KreditorenBildschirm_Aufruf(QVariantList &Info)
 {
     if (!sitzungUebernehmen(Info))
+        return;
+    const auto db = frame::sitzungOeffnen(KreditorenTabellen, KreditorenTabellen.front());
+    if (!db)
         return;
     platform::Falle(QStringLiteral("zelKontenStamm, in KreditorenBildschirm_Aufruf"),
                     [] { creditors::kreditorenKontenstammZeigen(); });

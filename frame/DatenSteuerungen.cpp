@@ -16,6 +16,43 @@
 
 namespace frame {
 
+std::shared_ptr<platform::storage::Database> sitzungOeffnen(const QStringList &lesen,
+                                                            const QString &schreiben)
+{
+    namespace mks = mdlKontenStamm;
+    mks::SchreibrechtFehlt = false;
+    Zugangspruefung z;
+    std::shared_ptr<platform::storage::Database> db;
+    try {
+        db = platform::storage::Database::open(mks::DatenbankPfad);
+        z = zugangPruefen(*db, lesen, schreiben);
+    } catch (const platform::RuntimeError &e) {
+        platform::MsgBox(e.beschreibung(), platform::vbOKOnly | platform::vbCritical,
+                         QStringLiteral("Keine Verbindung zur Datenbank"));
+        return nullptr;
+    }
+    if (z.zugang == Zugang::Keiner) {
+        platform::MsgBox(z.meldung, platform::vbOKOnly | platform::vbCritical,
+                         QStringLiteral("Keine Berechtigung"));
+        return nullptr;
+    }
+    if (z.zugang == Zugang::NurLesen) {
+        mks::NurAnzeige = true;
+        mks::SchreibrechtFehlt = true;
+    }
+    return db;
+}
+
+void schreibrechtImTitel(QWidget *bildschirm)
+{
+    QString titel = bildschirm->windowTitle();
+    if (titel.endsWith(NurLesenTitel))
+        titel.chop(NurLesenTitel.size());
+    if (mdlKontenStamm::SchreibrechtFehlt)
+        titel += NurLesenTitel;
+    bildschirm->setWindowTitle(titel);
+}
+
 QString typName(const QWidget *steuerelement)
 {
     const QMetaObject *mo = steuerelement->metaObject();

@@ -1,8 +1,13 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
+#include <memory>
 
 class QWidget;
+namespace platform::storage {
+class Database;
+}
 
 // Wiring the data controls of a screen to the session's database.
 namespace frame {
@@ -19,6 +24,20 @@ void DBPasswortSetzen(const QString &pfad);
 // of the call information, or the import's connect prefix, then the password) and re-assigns
 // its DatabaseName so the next refresh uses it. A property a control refuses is passed over.
 void DatenSteuerungenVerbinden(QWidget *formular, bool passwortSetzen);
+
+// Opens the session's database (DatenbankPfad) before a screen loads and asks what its user may
+// do with the screen's tables (see zugangPruefen). A connection that fails or a user who may not
+// read gets one message box saying why, and null: the screen is not loaded. A user who may only
+// read makes the session view-only (NurAnzeige, SchreibrechtFehlt). Holding the connection
+// returned while the screen loads spares it a second login (and key derivation).
+std::shared_ptr<platform::storage::Database> sitzungOeffnen(const QStringList &lesen,
+                                                            const QString &schreiben);
+
+// Says in the window title of `bildschirm` that the session is view-only because the database
+// lets its user only read (SchreibrechtFehlt); takes it away again otherwise.
+void schreibrechtImTitel(QWidget *bildschirm);
+inline const QString NurLesenTitel
+    = QStringLiteral(" \u2013 nur Anzeige (keine Schreibberechtigung in der Datenbank)");
 
 // The display size as "W X H" in pixels; also kept in the session for the scaling.
 QString Bildschirmaufloesung();

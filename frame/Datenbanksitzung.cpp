@@ -1,6 +1,7 @@
 #include "Datenbanksitzung.h"
 
 #include "mdlKontenStamm.h"
+#include "platform/storage/Database.h"
 
 namespace frame {
 
@@ -48,6 +49,35 @@ QString passwortFehlerText(int nummer, const QString &beschreibung)
                           "Error Description: %2")
         .arg(nummer)
         .arg(beschreibung);
+}
+
+Zugangspruefung zugangPruefen(platform::storage::Database &db, const QStringList &lesen,
+                              const QString &schreiben)
+{
+    QStringList ohneLesen;
+    for (const QString &t : lesen) {
+        const auto r = db.rechte(t);
+        if (r && !r->lesen)
+            ohneLesen << t;
+    }
+    Zugangspruefung z;
+    if (!ohneLesen.isEmpty()) {
+        z.zugang = Zugang::Keiner;
+        const QString tabellen = ohneLesen.size() == 1
+            ? QStringLiteral("die Tabelle ") + ohneLesen.front()
+            : QStringLiteral("die Tabellen ") + ohneLesen.mid(0, ohneLesen.size() - 1).join(u", ")
+                + QStringLiteral(" und ") + ohneLesen.back();
+        z.meldung = QStringLiteral("Der Datenbankbenutzer \u201E%1\u201C darf %2 nicht lesen: "
+                                   "es fehlt das Recht SELECT. So kann der Kontenstamm nicht "
+                                   "geöffnet werden; bitte lassen Sie sich von der "
+                                   "Datenbankverwaltung das Leserecht erteilen.")
+                        .arg(db.benutzer(), tabellen);
+        return z;
+    }
+    const auto r = db.rechte(schreiben);
+    if (r && !r->aendern)
+        z.zugang = Zugang::NurLesen;
+    return z;
 }
 
 } // namespace frame

@@ -1,7 +1,12 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QVariantList>
+
+namespace platform::storage {
+class Database;
+}
 
 // How the data controls of a screen are connected to the session's database.
 namespace frame {
@@ -24,5 +29,20 @@ QString datenSteuerungConnect(QVariantList &aufrufInfo, QString &verbindungsArt,
 // The English box of the password setter: "The following error has occured." ...
 QString passwortFehlerText(int nummer, const QString &beschreibung);
 inline const QString passwortFehlerTitel = QStringLiteral("An Error has Occured!");
+
+// What the session's user may do with the tables a screen works on.
+enum class Zugang { Schreiben, NurLesen, Keiner };
+struct Zugangspruefung
+{
+    Zugang zugang = Zugang::Schreiben;
+    // For Keiner: the German message naming the user, the tables and the missing right.
+    QString meldung;
+};
+
+// Asks the database what its user may do: every table of `lesen` must be readable, `schreiben`
+// must be changeable (UPDATE) for more than view-only. A table the database lacks is left to the
+// screen's own checks of its structure.
+Zugangspruefung zugangPruefen(platform::storage::Database &db, const QStringList &lesen,
+                              const QString &schreiben);
 
 } // namespace frame

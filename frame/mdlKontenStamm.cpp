@@ -8,6 +8,7 @@ QString AufrufText1;
 qint16 AufrufZahl2 = 0;
 QString AufrufText4;
 bool NurAnzeige = false;
+bool SchreibrechtFehlt = false;
 qint16 Buchungsjahr = 0;
 qint16 VerarbeitungsBuchungsjahr = 0;
 bool Sondereinstieg = false;
@@ -52,6 +53,7 @@ void zuruecksetzen()
     AufrufZahl2 = 0;
     AufrufText4.clear();
     NurAnzeige = false;
+    SchreibrechtFehlt = false;
     Buchungsjahr = 0;
     VerarbeitungsBuchungsjahr = 0;
     Sondereinstieg = false;

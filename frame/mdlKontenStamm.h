@@ -36,6 +36,9 @@ extern QString AufrufText1;
 extern qint16 AufrufZahl2;
 extern QString AufrufText4;
 extern bool NurAnzeige;
+// The database lets the session's user read only: view-only, and nothing is written on the
+// user's behalf either (allocation key 0, the clearing account of an empty year).
+extern bool SchreibrechtFehlt;
 extern qint16 Buchungsjahr;
 extern qint16 VerarbeitungsBuchungsjahr;
 extern bool Sondereinstieg;
