@@ -61,6 +61,14 @@ QString nachNeueroeffnungNichtGefunden(const QString &nr)
         + QStringLiteral("KontoNeueröffnung war nicht erfolgreich.");
 }
 
+QString vonAnderemEroeffnet(const QString &nr)
+{
+    return QStringLiteral("Das Konto ") + nr
+        + QStringLiteral(" wurde soeben von einem anderen Benutzer eröffnet.") + Zeile + Zeile
+        + QStringLiteral("Es wird Ihnen so angezeigt, wie er es gespeichert hat; Ihre "
+                         "Neueröffnung ist entfallen.");
+}
+
 QString provisorischHinweis(const QString &abschlussNotiz)
 {
     return abschlussNotiz + QStringLiteral("Kontrollieren, verändern oder ergänzen Sie ")

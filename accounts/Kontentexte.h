@@ -53,6 +53,8 @@ QString neuZuKurz();
 inline const QString BereitsExistent = QStringLiteral("Konto bereits existent");
 QString addNewFehlgeschlagen(const QString &nr);
 QString nachNeueroeffnungNichtGefunden(const QString &nr);
+inline const QString TitelNichtEroeffnet = QStringLiteral("Konto bereits eröffnet");
+QString vonAnderemEroeffnet(const QString &nr);
 inline const QString TitelProvisorisch
     = QStringLiteral("Kontrollieren und verändern Sie die provisorischen Feldinhalte");
 QString provisorischHinweis(const QString &abschlussNotiz);

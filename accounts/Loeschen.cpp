@@ -49,7 +49,11 @@ void frmKontenStamm::cmdKontoLöschen_Click()
         // Also after a failed delete: the checks must not stay switched off.
         const auto ende = qScopeGuard([] { mks::LoeschungLaeuft = false; });
         auto &rs = u.KKData->rs();
-        rs.Delete();
+        // Changed by another user meanwhile: asked again; kept, it is shown as stored.
+        if (!rs.Delete()) {
+            u.inpKontoNr->setFocus();
+            return;
+        }
         if (rs.RecordCount() > 0) {
             rs.MoveNext();
             if (rs.eof())

@@ -123,11 +123,14 @@ void frmKontenStamm::Neueröffnung()
                 rs.setFeld(QStringLiteral("KontoBezeichnung"), texte::VerrechnungskontoName);
             rs.setFeld(QStringLiteral("KontoBezeichnung"), texte::SachkontoPraefix + nr);
             rs.Update();
-        } catch (const platform::RuntimeError &) {
+        } catch (const platform::RuntimeError &e) {
             // No half-written record: the row is dropped, the error reported by the trap.
             if (rs.editMode() != EditMode::Keiner)
                 rs.CancelUpdate();
-            throw;
+            if (e.nummer() != platform::fehlernummer::DoppelterSchluessel)
+                throw;
+            vonAnderemEroeffnet(nr);
+            return;
         }
 
         auto &kk = *u.KKData;
@@ -153,6 +156,26 @@ void frmKontenStamm::Neueröffnung()
                    texte::TitelProvisorisch);
         }
     });
+}
+
+void frmKontenStamm::vonAnderemEroeffnet(const QString &nr)
+{
+    // Another user opened the number between the dialog's check and this write: his account
+    // is shown instead, as stored.
+    auto &kk = *m_ui->KKData;
+    if (kk.recordsetDirekt()) {
+        kk.rs().Requery();
+    } else {
+        kk.setRecordSource(texte::SqlKontenDesJahres, {mks::Buchungsjahr});
+        kk.Refresh();
+    }
+    m_unterdrueckung2 = false;
+    mks::NeueroeffnungLaeuft = false;
+    kk.rs().FindFirst({{QStringLiteral("KontoNr"), nr}});
+    m_unterdrueckung1 = false;
+    MsgBox(texte::vonAnderemEroeffnet(nr), platform::vbOKOnly | platform::vbInformation,
+           texte::TitelNichtEroeffnet);
+    aktuelleNrZurueck();
 }
 
 void frmKontenStamm::KontendatenÜbernehmenCheck()

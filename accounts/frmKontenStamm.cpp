@@ -1,6 +1,8 @@
 #include "accounts/frmKontenStamm.h"
 
 #include "accounts/Kontentexte.h"
+#include "accounts/regeln/Codelisten.h"
+#include "accounts/regeln/Feldbeschriftungen.h"
 #include "frame/DatenSteuerungen.h"
 #include "frame/FormSkalieren.h"
 #include "frame/Onlinehilfe.h"
@@ -116,6 +118,16 @@ void frmKontenStamm::verbinden()
     // Leaving a field towards the account list checks nothing: the user is about to choose
     // the number from it. Every other control checks the field being left.
     m_fokus->setCausesValidation(u.cmdKontoListe, false);
+
+    // Other users' changes are named as the screen names the fields, codes by their texts.
+    u.KKData->setFeldanzeige(
+        [](const QString &, const QString &steuerelement) {
+            const QString text = kontenregeln::feldBeschriftung(steuerelement);
+            return text == steuerelement ? QString() : text;
+        },
+        [](const QString &feld, const QVariant &wert) {
+            return kontenregeln::codeText(feld, wert, mks::Buchungsjahr);
+        });
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -130,6 +142,7 @@ void frmKontenStamm::Form_Load()
         d->setDatabaseName(mks::DatenbankPfad);
     frame::DatenSteuerungenVerbinden(this, false);
     u.lblBuchjahr->setText(QString::number(mks::Buchungsjahr));
+    frame::schreibrechtImTitel(this);
 
     kombisFuellen();
     BkPOS2DataSelect();
@@ -144,6 +157,8 @@ void frmKontenStamm::Form_Load()
 
     // Older databases lack KontoZusatzDatenJN, which the record display reads.
     platform::Falle(QStringLiteral("zelKontenStamm: in KKFeldKontrolle"), [] {
+        if (mks::SchreibrechtFehlt)
+            return;
         auto db = platform::storage::Database::open(mks::DatenbankPfad);
         mdlInitKK::KKFeldKontrolleStill(*db);
     });
@@ -170,6 +185,9 @@ void frmKontenStamm::KontenSelect()
         if (kk.rs().RecordCount() == 0) {
             MsgBox(texte::leererDatenbestand(mks::Buchungsjahr), platform::vbOKOnly,
                    texte::TitelLeererDatenbestand);
+            // A user who may only read cannot have the clearing account opened for him.
+            if (mks::SchreibrechtFehlt)
+                return;
             mks::NeueroeffnungsNr = mks::festeLaenge6(texte::Verrechnungskonto);
             mks::VerrechnungskontoWirdEroeffnet = true;
             const auto ende = qScopeGuard([] { mks::VerrechnungskontoWirdEroeffnet = false; });

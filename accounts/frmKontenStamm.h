@@ -64,6 +64,9 @@ public:
     void Neueröffnung();
     // Offers the copy of definitions into the new account; sets the closing note.
     void KontendatenÜbernehmenCheck();
+    // The number `nr` was opened by another user just before this opening wrote it: says so
+    // and shows that account.
+    void vonAnderemEroeffnet(const QString &nr);
 
     // --- allocation key 0 (Schluessel0.cpp) ---
     void AslSelect();

@@ -3,6 +3,8 @@
 #include "platform/core/RuntimeError.h"
 #include "platform/core/VbWerte.h"
 
+#include <QHash>
+
 namespace creditors::regeln {
 
 qint32 kontoNr(const QString &feldtext)
@@ -120,6 +122,38 @@ QString buchungenGeloescht(qint32 anzahl)
 {
     return QStringLiteral("Löschung beendet.") + CrLf + QStringLiteral("Es wurden ")
         + QString::number(anzahl) + QStringLiteral(" Buchungssätze gelöscht.");
+}
+
+QString feldBeschriftung(const QString &spalte)
+{
+    static const QHash<QString, QString> beschriftungen = {
+        {QStringLiteral("krkontonr"), QStringLiteral("KontoNummer")},
+        {QStringLiteral("krkontobezeichnung"), QStringLiteral("Konto-Bezeichnung")},
+        {QStringLiteral("krkontotypus"), QStringLiteral("Konto-Typus")},
+    };
+    return beschriftungen.value(spalte.toLower());
+}
+
+QString feldwertText(const QString &spalte, const QVariant &wert)
+{
+    if (spalte.compare(QLatin1String("KrKontoTypus"), Qt::CaseInsensitive) != 0)
+        return {};
+    const auto code = typusCode(wert.toString());
+    if (code == Kanzleikonto)
+        return QStringLiteral("Kanzleikonto");
+    if (code == Objektkonto)
+        return QStringLiteral("Objektkonto");
+    return {};
+}
+
+QString vonAnderemEroeffnet(qint32 nr)
+{
+    return QStringLiteral("Das KreditorenKonto %1 wurde soeben von einem anderen Benutzer "
+                          "eröffnet.")
+               .arg(nr)
+        + CrLf + CrLf
+        + QStringLiteral("Es wird Ihnen so angezeigt, wie er es gespeichert hat; Ihre "
+                         "Neueröffnung ist entfallen.");
 }
 
 } // namespace creditors::regeln

@@ -36,6 +36,12 @@ std::optional<int> typusKorrektur(qint64 typus, bool buchungenVorhanden, int buc
 // empty object number counts as one).
 int buchungMitObjekt(const QVariant &kbObjNr);
 
+// How messages about other users' changes name a column of the creditor record (the screen's
+// captions) and show a value of it (the type by its text); empty where nothing better than the
+// column's own name and the value itself is known.
+QString feldBeschriftung(const QString &spalte);
+QString feldwertText(const QString &spalte, const QVariant &wert);
+
 // --- texts ---
 inline const QString TitelBestaetigen = QStringLiteral("Bitte bestätigen Sie");
 inline const QString TitelLeer = QStringLiteral("Hinweis auf leeren Datenbestand");
@@ -67,5 +73,7 @@ QString nichtLoeschbar(const QString &nrFeldtext);
 // The postings could not be read: the account is kept.
 QString nichtGeloeschtOhneBuchungen(const QString &nrFeldtext);
 QString buchungenGeloescht(qint32 anzahl);
+// The number was opened by another user just before this opening wrote it.
+QString vonAnderemEroeffnet(qint32 nr);
 
 } // namespace creditors::regeln

@@ -115,6 +115,9 @@ void frmKreditorenKontenStamm::verbinden()
     m_fokus->setLostFocus(u.inpKrKontoBezeichnung, [this] { inpKrKontoBezeichnung_LostFocus(); });
     m_fokus->setLostFocus(u.inpKrKontoTypus, [this] { inpKrKontoTypus_LostFocus(); });
     m_fokus->setValidate(u.cmbKontoTypus, [this](bool &cancel) { cmbKontoTypus_Validate(cancel); });
+    u.KRData->setFeldanzeige(
+        [](const QString &feld, const QString &) { return regeln::feldBeschriftung(feld); },
+        regeln::feldwertText);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -163,6 +166,10 @@ void frmKreditorenKontenStamm::Form_Load()
         u.inpKrKontoTypus->setEnabled(false);
         u.cmdKontoLöschen->setEnabled(false);
     }
+    // The view-only call may still open accounts; a user the database lets only read cannot.
+    if (mks::SchreibrechtFehlt)
+        u.cmdKontoNeueröff->setEnabled(false);
+    frame::schreibrechtImTitel(this);
     formMerken();
 }
 
@@ -678,10 +685,20 @@ void frmKreditorenKontenStamm::KrKontoAnlegen()
             rs.setFeld(QStringLiteral("KrKontoTypus"), QStringLiteral("1"));
             rs.setFeld(QStringLiteral("KrStornoDatum"), 0);
             rs.Update();
-        } catch (const RuntimeError &) {
+        } catch (const RuntimeError &e) {
             if (rs.editMode() != platform::storage::EditMode::Keiner)
                 rs.CancelUpdate();
-            throw;
+            if (e.nummer() != platform::fehlernummer::DoppelterSchluessel)
+                throw;
+            // Another user opened the number just before: his account is shown.
+            const qint32 nr = KrNeuNr;
+            KrAnlageLäuft = false;
+            rs.Requery();
+            u.inpKrKontoNr->setText(QString::number(nr));
+            KrDirektlesen();
+            MsgBox(regeln::vonAnderemEroeffnet(nr), platform::vbOKOnly | platform::vbInformation,
+                   regeln::TextBereitsExistent);
+            return;
         }
         rs.Requery();
         u.inpKrKontoNr->setText(QString::number(KrNeuNr));
@@ -728,7 +745,11 @@ void frmKreditorenKontenStamm::cmdKontoLöschen_Click()
     KrLöschungLäuft = true;
     const auto ende = qScopeGuard([] { KrLöschungLäuft = false; });
     auto &rs = u.KRData->rs();
-    rs.Delete();
+    // Changed by another user meanwhile: asked again; kept, it is shown as stored.
+    if (!rs.Delete()) {
+        u.inpKrKontoBezeichnung->setFocus();
+        return;
+    }
     if (rs.RecordCount() > 0) {
         rs.MoveNext();
         if (rs.eof())

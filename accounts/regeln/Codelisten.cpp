@@ -409,4 +409,21 @@ QString code75HinweisFuerWert(int wert)
                                                                 : QString();
 }
 
+QString codeText(QStringView spalte, const QVariant &wert, int jahr)
+{
+    bool ok = false;
+    const int code = wert.toInt(&ok);
+    if (!ok)
+        return {};
+    for (const Codeliste &l : Listen) {
+        if (QStringView(l.spalte).compare(spalte, Qt::CaseInsensitive) != 0)
+            continue;
+        const Anzeige a = anzeige(l, code, jahr);
+        if (a.ungueltig || a.position < 0 || a.position >= int(l.eintraege.size()))
+            return {};
+        return l.eintraege[size_t(a.position)].text;
+    }
+    return {};
+}
+
 } // namespace kontenregeln

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringView>
+#include <QVariant>
 #include <vector>
 
 // The fixed code lists of the account definitions: each definition combo shows one list, the
@@ -66,6 +67,11 @@ Anzeige anzeige(const Codeliste &liste, int wert, int jahr);
 // and the import refuse anything else, also where the screen shows it quietly as "keine
 // Definition").
 bool wertZulaessig(const Codeliste &liste, int wert, int jahr);
+
+// The list text the screen shows for the value `wert` of column `spalte` in booking year `jahr`
+// ("Kanzleikonto" for a KontoTypus of 0); empty for a column without a list or a value the list
+// does not show.
+QString codeText(QStringView spalte, const QVariant &wert, int jahr);
 
 // The notice beside the VAT return line: for the item chosen (by item code) and for a stored
 // value. Empty: hide the notice.

@@ -672,7 +672,7 @@ QString Recordset::zeilenBedingung(const QVariantList &gelesen, QVariantList &pa
     return teile.join(QStringLiteral(" AND "));
 }
 
-QVariantList Recordset::zeileLesen(const QVariantList &schluesselWerte) const
+void Recordset::zeileLesen(const QVariantList &schluesselWerte, Zeilenspeicher &ziel) const
 {
     const QStringList &namen = m_zeilen->namen();
     QStringList auswahl;
@@ -685,12 +685,14 @@ QVariantList Recordset::zeileLesen(const QVariantList &schluesselWerte) const
         + QStringLiteral(" FROM ") + m_tabelleSql + QStringLiteral(" WHERE ")
         + bedingung.join(QStringLiteral(" AND "));
     auto cursor = m_db->query(sql, schluesselWerte);
-    QVariantList werte;
-    if (!cursor->next())
-        return werte;
-    for (int i = 0; i < cursor->spaltenAnzahl(); ++i)
-        werte.append(cursor->wert(i));
-    return werte;
+    ziel.laden(*cursor);
+}
+
+QVariantList Recordset::zeileLesen(const QVariantList &schluesselWerte) const
+{
+    Zeilenspeicher gelesen;
+    zeileLesen(schluesselWerte, gelesen);
+    return gelesen.anzahl() > 0 ? gelesen.zeile(0) : QVariantList();
 }
 
 void Recordset::AddNew()
@@ -790,7 +792,8 @@ void Recordset::geaenderteZeileSpeichern()
     const QString sql = QStringLiteral("UPDATE ") + m_tabelleSql + QStringLiteral(" SET ")
         + zuweisungen.join(QStringLiteral(", ")) + QStringLiteral(" WHERE ")
         + zeilenBedingung(m_zustand->gelesen, params);
-    if (m_db->execute(sql, params) == 0)
+    m_fremdGeaendert.clear();
+    if (m_db->execute(sql, params) == 0 && !zusammenfuehren(geaendert))
         RuntimeError::ausloesen(fehlernummer::DatensatzGeaendert);
 
     // The row is written: a failed read-back must not report the save as failed (a retry
@@ -805,6 +808,86 @@ void Recordset::geaenderteZeileSpeichern()
     if (index >= 0)
         m_zeilen->ersetzen(index, gespeichert);
     abgleichen();
+}
+
+bool Recordset::zusammenfuehren(const QStringList &geaendert)
+{
+    const QStringList &namen = m_zeilen->namen();
+    const QVariantList schluessel = schluesselAus(m_zustand->gelesen);
+    // A third change between the read and the write is met by reading once more.
+    for (int runde = 0; runde < 3; ++runde) {
+        Zeilenspeicher jetzt;
+        zeileLesen(schluessel, jetzt);
+        if (jetzt.anzahl() == 0)
+            return false;
+        const QVariantList gespeichert = jetzt.zeile(0, true);
+        QStringList fremd;
+        for (int i = 0; i < m_zeilen->spaltenAnzahl(); ++i) {
+            const QVariant &a = gespeichert[i];
+            const QVariant &b = m_zustand->gelesen[i];
+            if (m_zeilen->tabellenSpalte[size_t(i)] && (a.isNull() != b.isNull() || a != b))
+                fremd.append(namen[i]);
+        }
+        const bool ueberschneidung = std::any_of(
+            fremd.cbegin(), fremd.cend(), [&](const QString &f) { return geaendert.contains(f); });
+        if (fremd.isEmpty() || ueberschneidung)
+            return false;
+        QStringList zuweisungen;
+        QVariantList params;
+        for (int i = 0; i < m_zeilen->spaltenAnzahl(); ++i) {
+            if (!geaendert.contains(namen[i]) || !m_zeilen->tabellenSpalte[size_t(i)])
+                continue;
+            zuweisungen.append(namen[i] + QStringLiteral(" = ?"));
+            params.append(m_zustand->werte[i]);
+        }
+        const QString sql = QStringLiteral("UPDATE ") + m_tabelleSql + QStringLiteral(" SET ")
+            + zuweisungen.join(QStringLiteral(", ")) + QStringLiteral(" WHERE ")
+            + zeilenBedingung(gespeichert, params);
+        if (m_db->execute(sql, params) > 0) {
+            m_fremdGeaendert = fremd;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool Recordset::zeileAuffrischen()
+{
+    aktualisierbarPruefen();
+    const int index = aktuellerIndex();
+    bearbeitungVerwerfen();
+    Zeilenspeicher jetzt;
+    zeileLesen(schluesselAus(m_zeilen->zeile(index, true)), jetzt);
+    if (jetzt.anzahl() == 0)
+        return false;
+    QVariantList werte = jetzt.zeile(0);
+    // Computed columns of the result are no column of the table: they keep what was read.
+    const QVariantList bisher = m_zeilen->zeile(index);
+    for (int i = 0; i < m_zeilen->spaltenAnzahl(); ++i) {
+        if (!m_zeilen->tabellenSpalte[size_t(i)])
+            werte[i] = bisher[i];
+    }
+    if (werte != bisher || jetzt.zeile(0, true) != m_zeilen->zeile(index, true))
+        m_zeilen->ersetzen(index, werte);
+    abgleichen();
+    return true;
+}
+
+void Recordset::alsGeloeschtVermerken()
+{
+    const int index = aktuellerIndex();
+    bearbeitungVerwerfen();
+    m_zeilen->entfernen(index);
+    m_lage = Lage::Geloescht;
+    abgleichen();
+}
+
+void Recordset::setAbsolutePosition(int index)
+{
+    if (index < 0 || index >= m_zeilen->anzahl())
+        RuntimeError::ausloesen(KeinAktuellerDatensatz);
+    bearbeitungVerwerfen();
+    positionieren(index);
 }
 
 void Recordset::CancelUpdate()

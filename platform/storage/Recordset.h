@@ -27,9 +27,13 @@ enum class EditMode { Keiner, Bearbeiten, Neu };
 // small); the current row is decoded once per move.
 //
 // Update and Delete name the row by its table key and check that the stored row still holds
-// the values that were read; a row changed or deleted meanwhile by another connection raises
-// RuntimeError 3197 and writes nothing. Only a query on one table whose key columns are all
-// selected is updatable; otherwise AddNew/Edit/Delete raise 3027.
+// the values that were read. When another connection changed the row meanwhile, Update still
+// writes where the fields it changed and those the other changed are different ones: this
+// user's fields go on top of the row as stored now, checked against it again in the same
+// statement (fremdGeaenderteFelder() names the other's fields). Otherwise, and for a row
+// deleted meanwhile, Update and Delete raise RuntimeError 3197 and write nothing. Only a query
+// on one table whose key columns are all selected is updatable; otherwise AddNew/Edit/Delete
+// raise 3027.
 //
 // Field names are matched without regard to ASCII case; an unknown name raises 3265.
 // Operations that need a current record raise 3021 when there is none.
@@ -53,6 +57,8 @@ public:
     bool bof() const;
     // Index of the current row (0-based), -1 before the first, RecordCount() after the last.
     int AbsolutePosition() const;
+    // Makes row `index` current (3021 when there is no such row).
+    void setAbsolutePosition(int index);
 
     void MoveFirst();
     void MoveLast();
@@ -103,6 +109,14 @@ public:
     // For a conflict (3197) of the last Update: the stored row as it is now, or an empty list
     // when it was deleted meanwhile. Field order as feldnamen().
     QVariantList gespeicherteZeile();
+    // The fields another user had changed when the last Update wrote this user's fields on top
+    // of them (empty when the row was as read).
+    const QStringList &fremdGeaenderteFelder() const { return m_fremdGeaendert; }
+    // Reads the current row again as stored, so that what is shown and the next Edit start from
+    // it; pending edits are dropped. False when the row is gone (it stays as it was read).
+    bool zeileAuffrischen();
+    // The current row was deleted by another user: it leaves the rows as after Delete.
+    void alsGeloeschtVermerken();
 
     // Approximate heap bytes held by the rows (for benchmarks).
     qint64 speicherBytes() const;
@@ -135,6 +149,11 @@ private:
     QString zeilenBedingung(const QVariantList &gelesen, QVariantList &params) const;
     // The stored row with the given key values, re-read in the columns of the result.
     QVariantList zeileLesen(const QVariantList &schluesselWerte) const;
+    // The same packed into `ziel` (empty when the row is gone): values as read and as delivered.
+    void zeileLesen(const QVariantList &schluesselWerte, Zeilenspeicher &ziel) const;
+    // After an UPDATE that found the row changed: writes this user's `geaendert` fields on top
+    // of the stored row when the other user changed none of them.
+    bool zusammenfuehren(const QStringList &geaendert);
     QVariantList schluesselAus(const QVariantList &werte) const;
     void suchen(const std::vector<Kriterium> &kriterien, int ab);
     void neueZeileSpeichern();
@@ -153,6 +172,7 @@ private:
     bool m_noMatch = false;
     EditMode m_editMode = EditMode::Keiner;
     std::unique_ptr<Zustand> m_zustand;
+    QStringList m_fremdGeaendert;
     std::vector<int> m_schluessel; // result columns of the table key, empty until needed
     // The decoded current row, valid while the row keeps its packing.
     mutable const Zeilenspeicher *m_cacheSpeicher = nullptr;

@@ -150,6 +150,23 @@ void widgetSetzen(QWidget *w, const QVariant &feldwert)
     }
 }
 
+void widgetWertSetzen(QWidget *w, const QVariant &widgetwert)
+{
+    if (auto *l = qobject_cast<QLabel *>(w)) {
+        l->setText(widgetwert.toString());
+    } else if (auto *c = qobject_cast<QCheckBox *>(w)) {
+        c->setChecked(widgetwert.toBool());
+    } else if (auto *c = qobject_cast<QComboBox *>(w)) {
+        c->setCurrentIndex(widgetwert.toInt());
+    } else if (auto *e = qobject_cast<QLineEdit *>(w)) {
+        e->setText(widgetwert.toString());
+    } else {
+        const QMetaProperty p = w->metaObject()->userProperty();
+        if (p.isValid())
+            p.write(w, widgetwert);
+    }
+}
+
 QVariant inFeldwert(const QVariant &wert, Art art)
 {
     if (wert.metaType().id() == QMetaType::Bool) // check box
@@ -237,7 +254,7 @@ bool DataControlRecordset::MoveFirst()
     if (!m_dc.vorBewegung(vbDataActionMoveFirst))
         return false;
     rs().MoveFirst();
-    m_dc.nachBewegung();
+    m_dc.nachBewegung(true);
     return true;
 }
 
@@ -248,7 +265,7 @@ bool DataControlRecordset::MoveLast()
     if (!m_dc.vorBewegung(vbDataActionMoveLast))
         return false;
     rs().MoveLast();
-    m_dc.nachBewegung();
+    m_dc.nachBewegung(true);
     return true;
 }
 
@@ -259,7 +276,7 @@ bool DataControlRecordset::MoveNext()
     if (!m_dc.vorBewegung(vbDataActionMoveNext))
         return false;
     rs().MoveNext();
-    m_dc.nachBewegung();
+    m_dc.nachBewegung(true);
     return true;
 }
 
@@ -270,7 +287,7 @@ bool DataControlRecordset::MovePrevious()
     if (!m_dc.vorBewegung(vbDataActionMovePrevious))
         return false;
     rs().MovePrevious();
-    m_dc.nachBewegung();
+    m_dc.nachBewegung(true);
     return true;
 }
 
@@ -297,7 +314,7 @@ bool DataControlRecordset::finden(const std::vector<storage::Kriterium> &kriteri
     m_noMatch = rs().NoMatch();
     if (m_noMatch)
         return false;
-    m_dc.nachBewegung();
+    m_dc.nachBewegung(true);
     return true;
 }
 
@@ -322,7 +339,7 @@ bool DataControlRecordset::setBookmark(storage::Recordset::Bookmark b)
     if (!m_dc.vorBewegung(vbDataActionBookmark))
         return false;
     rs().setBookmark(b);
-    m_dc.nachBewegung();
+    m_dc.nachBewegung(true);
     return true;
 }
 
@@ -366,10 +383,18 @@ storage::EditMode DataControlRecordset::editMode() const
     return rs().editMode();
 }
 
-void DataControlRecordset::Delete()
+bool DataControlRecordset::Delete()
 {
-    rs().Delete();
+    try {
+        rs().Delete();
+    } catch (const RuntimeError &e) {
+        if (e.nummer() != fehlernummer::DatensatzGeaendert || !m_dc.loeschKonflikt())
+            throw;
+        if (m_dc.aktuelleZeile())
+            return false;
+    }
     m_dc.bearbeitungVerwerfen();
+    return true;
 }
 
 QStringList DataControlRecordset::feldnamen() const
@@ -578,6 +603,8 @@ bool DataControl::speichern()
         for (const auto &[feld, wert] : werte)
             rs.setFeld(feld, wert);
         rs.Update();
+        if (!rs.fremdGeaenderteFelder().isEmpty())
+            fremdeAenderungenMelden(rs.fremdGeaenderteFelder());
     } catch (const RuntimeError &e) {
         // Another user changed or deleted the row since it was read: what is stored now.
         std::optional<QVariantList> gespeichert;
@@ -604,25 +631,83 @@ bool DataControl::speichern()
     return true;
 }
 
-namespace {
-
-QString konfliktWert(const QVariant &v)
+void DataControl::setFeldanzeige(Feldname name, Feldwert wert)
 {
-    if (v.isNull())
+    m_feldname = std::move(name);
+    m_feldwert = std::move(wert);
+}
+
+QString DataControl::feldName(const QString &feld) const
+{
+    QString steuerelement;
+    for (const auto &b : m_bindungen) {
+        if (b.widget && !nurAnzeige(b.widget) && b.feld.compare(feld, Qt::CaseInsensitive) == 0)
+            steuerelement = b.widget->objectName();
+    }
+    if (m_feldname) {
+        const QString name = m_feldname(feld, steuerelement);
+        if (!name.isEmpty())
+            return name;
+    }
+    // PostgreSQL names columns in lower case: the catalogue's spelling is the same everywhere.
+    if (const auto *t = m_rs ? storage::tabelle(m_rs->tabelle()) : nullptr) {
+        if (const auto *spalte = t->spalte(feld))
+            return spalte->name;
+    }
+    return feld;
+}
+
+QString DataControl::feldWert(const QString &feld, const QVariant &wert) const
+{
+    if (wert.isNull())
         return QStringLiteral("(leer)");
-    QString t = v.toString();
+    QString t = m_feldwert ? m_feldwert(feld, wert) : QString();
+    if (t.isEmpty())
+        t = bindung::anzeigeText(wert);
     while (t.endsWith(u' '))
         t.chop(1);
     return QStringLiteral("\u201E") + t + QStringLiteral("\u201C");
 }
 
-} // namespace
+QStringList DataControl::unterschiede(const QVariantList &gespeichert, const QString &eigenWort,
+                                      const std::vector<std::pair<QString, QVariant>> &eingaben)
+{
+    storage::Recordset &rs = *m_rs;
+    const QStringList namen = rs.feldnamen();
+    QStringList zeilen;
+    for (int i = 0; i < namen.size() && i < gespeichert.size(); ++i) {
+        const QVariant gelesen = rs.feld(i);
+        if (feldWert(namen.at(i), gelesen) == feldWert(namen.at(i), gespeichert.at(i)))
+            continue;
+        QVariant eigen = gelesen;
+        for (const auto &[feld, wert] : eingaben) {
+            if (feld.compare(namen.at(i), Qt::CaseInsensitive) == 0)
+                eigen = wert;
+        }
+        zeilen << QStringLiteral("  %1: gespeichert %2, %3 %4")
+                      .arg(feldName(namen.at(i)), feldWert(namen.at(i), gespeichert.at(i)),
+                           eigenWort, feldWert(namen.at(i), eigen));
+    }
+    return zeilen;
+}
+
+void DataControl::fremdeAenderungenMelden(const QStringList &felder)
+{
+    storage::Recordset &rs = *m_rs;
+    QStringList zeilen;
+    for (const QString &f : felder)
+        zeilen << QStringLiteral("  %1: %2").arg(feldName(f), feldWert(f, rs.feld(f)));
+    Hinweis(QStringLiteral("Ihre Änderungen wurden gespeichert. Ein anderer Benutzer hat "
+                           "inzwischen andere Felder dieses Datensatzes geändert; seine "
+                           "Änderungen bleiben erhalten:\r\n")
+                + zeilen.join(QStringLiteral("\r\n")),
+            konfliktTitel());
+}
 
 void DataControl::konfliktMelden(const QVariantList &gespeichert,
                                  const std::vector<std::pair<QString, QVariant>> &eingaben)
 {
     storage::Recordset &rs = *m_rs;
-    const QString titel = QStringLiteral("Gleichzeitige Änderung");
     if (gespeichert.isEmpty()) {
         const int antwort = MsgBox(
             QStringLiteral("Der Datensatz wurde inzwischen von einem anderen Benutzer gelöscht. "
@@ -630,40 +715,36 @@ void DataControl::konfliktMelden(const QVariantList &gespeichert,
                            "Bildschirm.\r\n\r\n"
                            "Ja ... Eingaben verwerfen und den Datenbestand neu laden\r\n"
                            "Nein ... Eingaben am Bildschirm lassen"),
-            vbYesNo | vbExclamation, titel);
+            vbYesNo | vbExclamation, konfliktTitel());
         if (antwort == vbYes) {
+            // The row that took the deleted one's place is shown, not the first of all.
+            const int stelle = rs.AbsolutePosition();
             bearbeitungVerwerfen();
             rs.Requery();
+            if (rs.RecordCount() > 0)
+                rs.setAbsolutePosition(std::clamp(stelle, 0, rs.RecordCount() - 1));
             nachBewegung();
         }
         return;
     }
     // The fields whose stored values differ from what this user read, with what they typed.
-    const QStringList namen = rs.feldnamen();
-    QStringList zeilen;
-    for (int i = 0; i < namen.size() && i < gespeichert.size(); ++i) {
-        const QVariant gelesen = rs.feld(i);
-        if (konfliktWert(gelesen) == konfliktWert(gespeichert.at(i)))
-            continue;
-        QVariant eigen = gelesen;
-        for (const auto &[feld, wert] : eingaben) {
-            if (feld.compare(namen.at(i), Qt::CaseInsensitive) == 0)
-                eigen = wert;
-        }
-        zeilen << QStringLiteral("  %1: gespeichert %2, bei Ihnen %3")
-                      .arg(namen.at(i), konfliktWert(gespeichert.at(i)), konfliktWert(eigen));
-    }
+    const QStringList zeilen = unterschiede(gespeichert, QStringLiteral("bei Ihnen"), eingaben);
     const int antwort = MsgBox(
         QStringLiteral("Der Datensatz wurde inzwischen von einem anderen Benutzer geändert. Ihre "
                        "Änderungen wurden nicht gespeichert.\r\n\r\nAnders gespeichert:\r\n")
             + zeilen.join(QStringLiteral("\r\n"))
-            + QStringLiteral("\r\n\r\nJa ... den gespeicherten Datensatz neu laden (Ihre Eingaben "
-                             "werden verworfen)\r\nNein ... Ihre Eingaben bleiben am Bildschirm"),
-        vbYesNo | vbExclamation, titel);
-    if (antwort != vbYes)
+            + QStringLiteral("\r\n\r\nJa ... den gespeicherten Datensatz neu laden (Ihre "
+                             "Eingaben werden verworfen)\r\nNein ... Ihre Eingaben bleiben am "
+                             "Bildschirm und werden beim nächsten Speichern über den "
+                             "gespeicherten Stand geschrieben"),
+        vbYesNo | vbExclamation, konfliktTitel());
+    if (antwort != vbYes) {
+        gespeichertMitEingabenZeigen();
         return;
+    }
     // Reload: the query again, then the same row by its key.
     const QStringList schluessel = rs.database()->primaryKey(rs.tabelle());
+    const QStringList namen = rs.feldnamen();
     std::vector<storage::Kriterium> kriterien;
     for (const QString &k : schluessel) {
         const int i = rs.feldIndex(k);
@@ -677,8 +758,72 @@ void DataControl::konfliktMelden(const QVariantList &gespeichert,
     nachBewegung();
 }
 
-void DataControl::nachBewegung()
+void DataControl::gespeichertMitEingabenZeigen()
 {
+    if (!m_rs->zeileAuffrischen())
+        return;
+    for (auto &b : m_bindungen) {
+        if (!b.widget)
+            continue;
+        const QVariant eigen = bindung::widgetWert(b.widget);
+        const bool bearbeitet = !nurAnzeige(b.widget) && eigen != b.gezeigt;
+        bindungFuellen(b, nullptr);
+        if (bearbeitet) {
+            FlagSetzen fuellen(m_fuellt);
+            bindung::widgetWertSetzen(b.widget, eigen);
+        }
+    }
+    emit Reposition();
+}
+
+bool DataControl::loeschKonflikt()
+{
+    storage::Recordset &rs = *m_rs;
+    QVariantList gespeichert;
+    try {
+        gespeichert = rs.gespeicherteZeile();
+    } catch (const RuntimeError &) {
+        return false;
+    }
+    if (gespeichert.isEmpty()) {
+        MsgBox(QStringLiteral("Der Datensatz wurde inzwischen von einem anderen Benutzer "
+                              "gelöscht."),
+               vbOKOnly | vbInformation, konfliktTitel());
+        rs.alsGeloeschtVermerken();
+        return true;
+    }
+    const QStringList zeilen = unterschiede(gespeichert, QStringLiteral("bisher angezeigt"), {});
+    const int antwort = MsgBox(
+        QStringLiteral("Der Datensatz wurde inzwischen von einem anderen Benutzer geändert:"
+                       "\r\n")
+            + zeilen.join(QStringLiteral("\r\n"))
+            + QStringLiteral("\r\n\r\nSoll er trotzdem gelöscht werden?\r\n\r\n"
+                             "Ja ... den Datensatz löschen\r\n"
+                             "Nein ... nicht löschen, den gespeicherten Datensatz anzeigen"),
+        vbYesNo | vbExclamation | vbDefaultButton2, konfliktTitel());
+    bearbeitungVerwerfen();
+    if (!rs.zeileAuffrischen()) {
+        rs.alsGeloeschtVermerken();
+        return true;
+    }
+    if (antwort == vbYes) {
+        rs.Delete();
+        return true;
+    }
+    nachBewegung();
+    return true;
+}
+
+void DataControl::nachBewegung(bool auffrischen)
+{
+    // A row loaded earlier may have been changed by another user since: show it as stored.
+    if (auffrischen && aktuelleZeile() && !m_bindungen.empty()) {
+        try {
+            m_rs->zeileAuffrischen();
+        } catch (const RuntimeError &) {
+            // Not updatable, or the read failed: the row stays as loaded.
+        }
+    }
     widgetsFuellen();
     emit Reposition();
 }
@@ -769,11 +914,17 @@ void DataControl::standardMeldung(int nummer, const QString &beschreibung)
         text = RuntimeError::standardText(nummer);
     if (text.isEmpty())
         text = QStringLiteral("Fehler ") + QString::number(nummer);
-    // A lost connection is no lost edit: say what to do.
+    // A lost connection or a write the database refused is no lost edit: say what to do.
     if (nummer == fehlernummer::DatenbankNichtErreichbar) {
         text += QStringLiteral("\r\n\r\nIhre Eingaben wurden nicht gespeichert und bleiben am "
                                "Bildschirm. Bitte wiederholen Sie den Vorgang, sobald die "
                                "Datenbank wieder erreichbar ist.");
+    } else if (nummer == fehlernummer::DatentraegerVoll
+               || nummer == fehlernummer::DatentraegerFehler
+               || nummer == fehlernummer::AndererSchreibt
+               || nummer == fehlernummer::KeineBerechtigung) {
+        text += QStringLiteral("\r\n\r\nIhre Eingaben wurden nicht gespeichert und bleiben am "
+                               "Bildschirm.");
     }
     MsgBox(text, vbOKOnly | vbExclamation);
 }

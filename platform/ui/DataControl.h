@@ -7,6 +7,7 @@
 #include <QVariant>
 #include <QVariantList>
 #include <QWidget>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -80,8 +81,10 @@ public:
     void Update();
     void CancelUpdate();
     storage::EditMode editMode() const;
-    // Deletes the current row; edits of the bound widgets for it are dropped.
-    void Delete();
+    // Deletes the current row; edits of the bound widgets for it are dropped. A row another
+    // user changed meanwhile gets the conflict question first: false when the user kept it (it
+    // is then shown as stored). A row another user deleted is said so and counts as deleted.
+    bool Delete();
 
     QStringList feldnamen() const;
     QVariant feld(const QString &name) const;
@@ -111,6 +114,13 @@ private:
 // then the move happens and Reposition is raised. A failed write (3197, 3022, 13 for a text that
 // does not fit the column) cancels the move, keeps the typed values and raises Error.
 // Validate handlers that move the record set do so without a nested Validate.
+//
+// Several users: a move to another row shows that row as stored now. A save that finds the row
+// changed by another user writes when the fields differ from this user's and says in a notice
+// (not modal) which fields the other changed; otherwise it asks, naming the fields by
+// setFeldanzeige()'s captions and value texts: reload (the stored row is shown; a row deleted
+// meanwhile gives way to its neighbour) or keep the entries, which then count against the
+// stored row just shown, so the next save goes through unless yet another change came in.
 class DataControl : public QWidget
 {
     Q_OBJECT
@@ -175,6 +185,15 @@ public:
     // Raises Error(nummer, Response); Response left at 1 shows the control's standard message.
     void fehlerAusloesen(int nummer, const QString &beschreibung);
 
+    // How messages about other users' changes name a field (by the field and the widget bound
+    // to it, "" when none) and show a value of it. Default: the column as the schema catalogue
+    // writes it, the value as stored.
+    using Feldname = std::function<QString(const QString &feld, const QString &steuerelement)>;
+    using Feldwert = std::function<QString(const QString &feld, const QVariant &wert)>;
+    void setFeldanzeige(Feldname name, Feldwert wert);
+    // The title of the conflict question and of the notice.
+    static QString konfliktTitel() { return QStringLiteral("Gleichzeitige Änderung"); }
+
 signals:
     void Reposition();
     void Validate(int &Action, bool &Save);
@@ -192,6 +211,20 @@ private:
 
     // Validate + save; false when the action must not happen.
     bool vorBewegung(int action, bool speichernErzwingen = false);
+    // The field's caption and a value's text for the messages about other users' changes.
+    QString feldName(const QString &feld) const;
+    QString feldWert(const QString &feld, const QVariant &wert) const;
+    // "  Caption: gespeichert „x“, bei Ihnen „y“" for each field the stored row holds otherwise
+    // than the row read.
+    QStringList unterschiede(const QVariantList &gespeichert, const QString &eigenWort,
+                             const std::vector<std::pair<QString, QVariant>> &eingaben);
+    // The save went through on top of another user's changes of other fields: a notice.
+    void fremdeAenderungenMelden(const QStringList &felder);
+    // "Keep my entries": the row as stored now, the user's entries still in their widgets and
+    // still counting as edits against it.
+    void gespeichertMitEingabenZeigen();
+    // Delete found the row changed or gone (3197): tells or asks. False when it could not tell.
+    bool loeschKonflikt();
     // Opens the database and runs RecordSource; raises RuntimeError (the control then holds no
     // record set).
     void neuLaden();
@@ -200,7 +233,9 @@ private:
     // names the differing fields with the stored and the typed values and offers to reload.
     void konfliktMelden(const QVariantList &gespeichert,
                         const std::vector<std::pair<QString, QVariant>> &eingaben);
-    void nachBewegung();
+    // Fills the widgets and raises Reposition; `auffrischen` reads the row as stored first (a
+    // move to a row loaded earlier).
+    void nachBewegung(bool auffrischen = false);
     void widgetsFuellen();
     bool bindungFuellen(Bindung &b, QString *fehler);
     void bearbeitungVerwerfen();
@@ -219,6 +254,8 @@ private:
     bool m_fuellt = false;
     bool m_inValidate = false;
     QLabel *m_caption = nullptr;
+    Feldname m_feldname;
+    Feldwert m_feldwert;
 };
 
 // Reading and writing the value of a bound widget (exposed for tests and InputFeld).
@@ -229,6 +266,8 @@ QVariant widgetWert(QWidget *w);
 void widgetSetzen(QWidget *w, const QVariant &feldwert);
 // Field value -> text as a bound text box shows it (null -> "", 2.5 -> "2,5", dates dd.MM.yyyy).
 QString anzeigeText(const QVariant &feldwert);
+// Puts back a value that widgetWert() read from the widget.
+void widgetWertSetzen(QWidget *w, const QVariant &widgetwert);
 // Kinds of columns text is converted to.
 enum class Art { Unbekannt, Ganzzahl, Kommazahl, Text, Datum };
 // Converts a widget value to the column kind; raises RuntimeError 13 when it does not fit.

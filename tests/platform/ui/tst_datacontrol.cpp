@@ -317,59 +317,127 @@ private slots:
 
     void konfliktMitAnderemBenutzer_data()
     {
-        QTest::addColumn<bool>("geloescht");
+        QTest::addColumn<QString>("anderer"); // the field the other user changed, "" deleted
         QTest::addColumn<int>("antwort");
-        QTest::newRow("geaendert, behalten") << false << int(vbNo);
-        QTest::newRow("geaendert, neu laden") << false << int(vbYes);
-        QTest::newRow("geloescht, behalten") << true << int(vbNo);
-        QTest::newRow("geloescht, neu laden") << true << int(vbYes);
+        QTest::newRow("gleiches Feld, behalten") << "Name" << int(vbNo);
+        QTest::newRow("gleiches Feld, neu laden") << "Name" << int(vbYes);
+        QTest::newRow("anderes Feld") << "Menge" << 0;
+        QTest::newRow("geloescht, behalten") << "" << int(vbNo);
+        QTest::newRow("geloescht, neu laden") << "" << int(vbYes);
     }
     void konfliktMitAnderemBenutzer()
     {
-        QFETCH(bool, geloescht);
+        QFETCH(QString, anderer);
         QFETCH(int, antwort);
+        const auto ci = Qt::CaseInsensitive;
         m_boxen->setAntwortFunktion({});
+        QVERIFY(m_dc->rs().MoveNext());
         auto andere = Database::openSeparate(m_ort);
-        if (geloescht)
-            andere->execute("DELETE FROM DcTest WHERE Nr = ?", {1});
+        if (anderer.isEmpty())
+            andere->execute("DELETE FROM DcTest WHERE Nr = ?", {2});
         else
-            andere->execute("UPDATE DcTest SET Menge = ? WHERE Nr = ?", {11, 1});
+            andere->execute("UPDATE DcTest SET " + anderer + " = ? WHERE Nr = ?",
+                            {anderer == "Name" ? QVariant("Berta") : QVariant(21), 2});
         m_name->setText("meins");
-        m_boxen->antworte(antwort);
-        QVERIFY(!m_dc->rs().MoveNext());
+        if (antwort)
+            m_boxen->antworte(antwort);
+        const bool bewegt = m_dc->rs().MoveNext();
         // Said once, in the conflict's own words; no second standard message.
         QVERIFY(m_b->fehler.isEmpty());
         QCOMPARE(m_boxen->anzahl(), 1);
         QCOMPARE(m_boxen->letzter().titel, "Gleichzeitige Änderung");
         const QString text = m_boxen->letzter().text;
-        if (geloescht) {
+        if (anderer == "Menge") {
+            // Different fields: this user's on top of the other's, and a notice, no question.
+            QVERIFY(bewegt);
+            QVERIFY(m_boxen->letzter().nichtModal);
+            QVERIFY2(text.contains(QStringLiteral("menge: \u201E21\u201C"), ci), qPrintable(text));
+            QCOMPARE(gespeichert(2, "Name").toString(), "meins");
+            QCOMPARE(gespeichert(2, "Menge").toInt(), 21);
+            return;
+        }
+        QVERIFY(!bewegt);
+        if (anderer.isEmpty()) {
             QVERIFY(text.startsWith("Der Datensatz wurde inzwischen von einem anderen Benutzer "
                                     "gelöscht."));
         } else {
-            // The field the colleague changed, with the stored value beside this user's.
-            QVERIFY2(text.contains(QStringLiteral("menge: gespeichert \u201E11\u201C, bei Ihnen "
-                                                  "\u201E10\u201C"),
-                                   Qt::CaseInsensitive),
+            QVERIFY2(text.contains(QStringLiteral("name: gespeichert \u201EBerta\u201C, bei "
+                                                  "Ihnen \u201Emeins\u201C"),
+                                   ci),
                      qPrintable(text));
-            QVERIFY(!text.contains("Name:", Qt::CaseInsensitive));
+            QVERIFY(!text.contains("menge:", ci));
         }
         // Nothing of this user was written, whatever the answer.
-        QCOMPARE(gespeichert(1, "Name").toString(), geloescht ? QString() : "Anna");
+        QCOMPARE(gespeichert(2, "Name").toString(), anderer.isEmpty() ? QString() : "Berta");
         if (antwort == vbNo) {
-            QCOMPARE(nr(), 1);
+            QCOMPARE(nr(), 2);
             QCOMPARE(m_name->text(), "meins");
             QVERIFY(m_dc->bearbeitet());
             QCOMPARE(m_dc->rs().editMode(), storage::EditMode::Keiner);
+            if (!anderer.isEmpty()) {
+                // The entries now count against the stored row just shown: the next save goes
+                // through without asking again.
+                QVERIFY(m_dc->UpdateRecord());
+                QCOMPARE(gespeichert(2, "Name").toString(), "meins");
+                QCOMPARE(m_boxen->anzahl(), 1);
+            }
         } else {
             QVERIFY(!m_dc->bearbeitet());
-            QCOMPARE(nr(), geloescht ? 2 : 1);
-            QCOMPARE(m_menge->text(), geloescht ? "20" : "11");
-            // Typed again on the reloaded row, the save goes through.
+            // The stored row; a deleted one gives way to its neighbour, not the first row.
+            QCOMPARE(nr(), anderer.isEmpty() ? 3 : 2);
+            QCOMPARE(m_name->text(), anderer.isEmpty() ? "Cäsar" : "Berta");
             m_name->setText("meins");
             QVERIFY(m_dc->UpdateRecord());
             QCOMPARE(gespeichert(nr(), "Name").toString(), "meins");
         }
         andere.reset();
+    }
+
+    // Paging away and back shows the row as stored now, and a save from it goes through.
+    void zurueckGeblaettertZeigtGespeichertes()
+    {
+        auto andere = Database::openSeparate(m_ort);
+        QVERIFY(m_dc->rs().MoveNext());
+        andere->execute("UPDATE DcTest SET Name = ? WHERE Nr = ?", {"Anne", 1});
+        QVERIFY(m_dc->rs().MovePrevious());
+        QCOMPARE(m_name->text(), "Anne");
+        m_name->setText("Annette");
+        QVERIFY(m_dc->UpdateRecord());
+        QCOMPARE(gespeichert(1, "Name").toString(), "Annette");
+        QCOMPARE(m_boxen->anzahl(), 0);
+    }
+
+    void loeschenNachFremderAenderung_data()
+    {
+        QTest::addColumn<bool>("geloescht");
+        QTest::addColumn<int>("antwort");
+        QTest::newRow("geaendert, trotzdem loeschen") << false << int(vbYes);
+        QTest::newRow("geaendert, behalten") << false << int(vbNo);
+        QTest::newRow("schon geloescht") << true << int(vbOK);
+    }
+    void loeschenNachFremderAenderung()
+    {
+        QFETCH(bool, geloescht);
+        QFETCH(int, antwort);
+        m_boxen->setAntwortFunktion({});
+        auto andere = Database::openSeparate(m_ort);
+        andere->execute(geloescht ? "DELETE FROM DcTest WHERE Nr = 1"
+                                  : "UPDATE DcTest SET Menge = 11 WHERE Nr = 1");
+        m_boxen->antworte(antwort);
+        const bool weg = m_dc->rs().Delete();
+        QVERIFY(m_b->fehler.isEmpty());
+        QCOMPARE(m_boxen->anzahl(), 1);
+        const QString text = m_boxen->letzter().text;
+        QVERIFY2(text.contains(geloescht ? QStringLiteral("gelöscht.")
+                                         : QStringLiteral("menge: gespeichert \u201E11\u201C, "
+                                                          "bisher angezeigt \u201E10\u201C"),
+                               Qt::CaseInsensitive),
+                 qPrintable(text));
+        QCOMPARE(weg, antwort != vbNo);
+        QCOMPARE(m_db->scalar("SELECT count(*) FROM DcTest WHERE Nr = 1").toInt(),
+                 antwort == vbNo ? 1 : 0);
+        if (!weg)
+            QCOMPARE(m_menge->text(), "11");
     }
 
     void findFirstBewegtNurBeiTreffer()
