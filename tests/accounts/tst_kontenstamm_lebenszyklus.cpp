@@ -709,15 +709,18 @@ private slots:
     {
         QTest::addColumn<QString>("nummer");
         QTest::addColumn<int>("bestaetigung");
-        QTest::newRow("0001 ja") << "0001" << int(vbYes);
-        QTest::newRow("anderes Jahr ja") << "5000" << int(vbYes);
-        QTest::newRow("sechsstellig ja") << "123456" << int(vbYes);
-        QTest::newRow("nein") << "0001" << int(vbNo);
+        QTest::addColumn<bool>("zuvor"); // another user opens the number just before the write
+        QTest::newRow("0001 ja") << "0001" << int(vbYes) << false;
+        QTest::newRow("anderes Jahr ja") << "5000" << int(vbYes) << false;
+        QTest::newRow("sechsstellig ja") << "123456" << int(vbYes) << false;
+        QTest::newRow("nein") << "0001" << int(vbNo) << false;
+        QTest::newRow("ein anderer kam zuvor") << "0001" << int(vbYes) << true;
     }
     void eroeffnungUeberDenKnopf()
     {
         QFETCH(QString, nummer);
         QFETCH(int, bestaetigung);
+        QFETCH(bool, zuvor);
         standardKonten();
         oeffnen();
         // An edit of the record shown is dropped by the opening, not written.
@@ -731,10 +734,25 @@ private slots:
             dialogFeld(d)->setText(nummer);
             dialogKnopf(d, "cmdOK");
         });
-        m_boxen->antworte(bestaetigung);
+        m_boxen->setAntwortFunktion([&](const MsgBoxEintrag &e) {
+            if (zuvor && e.text.startsWith("Kontenstammsatz Konto"))
+                konto(nummer, "Fremd");
+            return e.text.startsWith("Kontenstammsatz Konto") ? bestaetigung : int(vbOK);
+        });
         QTest::mouseClick(c("cmdKontoNeueröff"), Qt::LeftButton);
         QVERIFY(gesehen);
         QCOMPARE(gespeichert("1000", "KontoAnmerkung1").toString(), QString());
+        if (zuvor) {
+            QCOMPARE(m_boxen->anzahl(), 2);
+            QVERIFY2(
+                m_boxen->letzter().text.startsWith(
+                    "Das Konto " + nummer + " wurde soeben von einem anderen Benutzer eröffnet."),
+                qPrintable(m_boxen->letzter().text));
+            QCOMPARE(konten(), 4);
+            QCOMPARE(aktuell(), nummer);
+            QCOMPARE(c<QLineEdit>("inpKontoBezeichnung")->text(), "Fremd");
+            return;
+        }
         // The number shown is not proposed again.
         QCOMPARE(vorschlag, QString());
         QCOMPARE(mks::NeueKontoNr, mks::festeLaenge6(nummer));

@@ -1,4 +1,5 @@
 // The public class as a host sees it: the call cycle, the session values it sets, its events.
+#include "frame/DatenSteuerungen.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/core/RuntimeError.h"
 #include "platform/storage/Database.h"
@@ -8,6 +9,7 @@
 #include "zelKontenStamm.h"
 
 #include <QApplication>
+#include <QRegularExpression>
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -296,6 +298,66 @@ private slots:
         i[9] = 21;
         k.Kontenstamm_Aufruf(i);
         QVERIFY(!mdlKontenStamm::NurAnzeige);
+    }
+
+    // What the server lets the role do decides before the screen loads.
+    void rechteDerRolle_data()
+    {
+        QTest::addColumn<QString>("recht"); // granted on every table
+        QTest::newRow("nur lesen") << "SELECT";
+        QTest::newRow("kein Leserecht") << "";
+    }
+    void rechteDerRolle()
+    {
+        QFETCH(QString, recht);
+        const QString basis = qEnvironmentVariable("ZEP_TEST_PG_URI");
+        if (basis.isEmpty())
+            QSKIP("needs the PostgreSQL test cluster (ZEP_TEST_PG_URI)");
+        static int n = 0;
+        const QString name = QStringLiteral("zt_rechte_%1_%2")
+                                 .arg(QCoreApplication::applicationPid())
+                                 .arg(++n);
+        platform::storage::Database::openSeparate(basis)->execute("CREATE DATABASE " + name);
+        QString uri = basis;
+        uri.replace(QRegularExpression(QStringLiteral("^postgresql:///[^?]*")),
+                    "postgresql:///" + name);
+        {
+            auto db = platform::storage::Database::openSeparate(uri);
+            platform::storage::schemaAnlegen(*db);
+            db->execute(QStringLiteral("INSERT INTO ObjKanzleiKontenstamm (KontoNr, KontoJJ, "
+                                       "KontoBezeichnung) VALUES ('1000', 2025, 'Kassa')"));
+            db->execute("CREATE ROLE " + name + " LOGIN");
+            if (!recht.isEmpty())
+                db->execute("GRANT " + recht + " ON ALL TABLES IN SCHEMA public TO " + name);
+        }
+        uri.replace(QRegularExpression(QStringLiteral("user=[^&]*")), "user=" + name);
+        MsgBoxProtokoll boxen;
+        zelKontenStamm k;
+        QVariantList i = info(2025);
+        i[0] = uri;
+        QString titel;
+        if (!recht.isEmpty()) {
+            imModalen([&](QDialog &d) {
+                titel = d.windowTitle();
+                d.reject();
+            });
+        }
+        k.Kontenstamm_Aufruf(i);
+        if (recht.isEmpty()) {
+            // One message naming the role and the missing right; no screen.
+            QCOMPARE(boxen.anzahl(), 1);
+            QVERIFY2(boxen.letzter().text.startsWith("Der Datenbankbenutzer \u201E" + name
+                                                     + "\u201C darf die Tabellen "
+                                                       "ObjKanzleiKontenstamm, "),
+                     qPrintable(boxen.letzter().text));
+            QVERIFY(boxen.letzter().text.contains("es fehlt das Recht SELECT"));
+            QVERIFY(!k.bildschirm());
+            return;
+        }
+        // View-only at once, said in the title; nothing is offered to be written.
+        QVERIFY2(titel.endsWith(frame::NurLesenTitel), qPrintable(titel));
+        QVERIFY(mdlKontenStamm::NurAnzeige);
+        QCOMPARE(boxen.anzahl(), 0);
     }
 
     void fehlerErreichenDenHost_data()

@@ -505,6 +505,35 @@ private slots:
         QVERIFY(mks::PruefungFehlgeschlagen);
     }
 
+    // Another user opens the same number between the check and the write: his account is shown.
+    void eroeffnenKamEinAndererZuvor()
+    {
+        standardKonten();
+        oeffnen();
+        auto andere = Database::openSeparate(m_ort);
+        bool gesehen = false;
+        imDialog(gesehen, [&](frmKrNeu &d) {
+            d.ui().inpNeuEröffKontoNr->setText("123");
+            QTest::mouseClick(d.ui().cmdOK, Qt::LeftButton);
+        });
+        m_boxen->setAntwortFunktion([&](const MsgBoxEintrag &e) {
+            if (!e.text.startsWith("Kontenstammsatz Konto 123"))
+                return (e.buttons & 7) == vbOKOnly ? vbOK : 0;
+            andere->execute("INSERT INTO KreditorenKontenstamm (KrKontoNr, KrKontoBezeichnung, "
+                            "KrKontoTypus, KrStornoDatum) VALUES (123, 'Fremd', '0', 0)");
+            return int(vbYes);
+        });
+        ui().cmdKontoNeueröff->click();
+        QVERIFY(gesehen);
+        QVERIFY2(texte().last().startsWith("Das KreditorenKonto 123 wurde soeben von einem anderen "
+                                           "Benutzer eröffnet."),
+                 qPrintable(texte().join('|')));
+        QCOMPARE(nr(), 123);
+        QCOMPARE(ui().inpKrKontoBezeichnung->text(), "Fremd");
+        QCOMPARE(anzahl("KreditorenKontenstamm"), 4);
+        QVERIFY(!kr::KrAnlageLäuft);
+    }
+
     void eroeffnenNichtBestaetigt()
     {
         standardKonten();
@@ -638,6 +667,51 @@ private slots:
         QVERIFY(!mks::PruefungFehlgeschlagen);
         ui().KRData->rs().MoveNext();
         QCOMPARE(gespeichert(100, "KrKontoTypus").toString(), danach);
+    }
+
+    // Another user changed the account meanwhile: his fields are named as the screen names them.
+    void andererBenutzerAenderte_data()
+    {
+        QTest::addColumn<bool>("auchName"); // the other changed the name too, as this user did
+        QTest::newRow("gleiches Feld") << true;
+        QTest::newRow("anderes Feld") << false;
+    }
+    void andererBenutzerAenderte()
+    {
+        QFETCH(bool, auchName);
+        standardKonten();
+        oeffnen();
+        auto andere = Database::openSeparate(m_ort);
+        andere->execute("UPDATE KreditorenKontenstamm SET KrKontoTypus = '1'"
+                        + QString(auchName ? ", KrKontoBezeichnung = 'Alpha GmbH'" : "")
+                        + " WHERE KrKontoNr = 100");
+        ui().inpKrKontoBezeichnung->setText("Alpha KG");
+        if (auchName)
+            m_boxen->antworte(vbNo);
+        fokusAuf(ui().inpKrKontoNr);
+        taste(Qt::Key_PageDown);
+        QCOMPARE(m_boxen->anzahl(), 1);
+        const QString text = m_boxen->letzter().text;
+        QCOMPARE(m_boxen->letzter().nichtModal, !auchName);
+        if (!auchName) {
+            QVERIFY2(text.contains("Konto-Typus: \u201EObjektkonto\u201C"), qPrintable(text));
+            QCOMPARE(nr(), 200);
+        } else {
+            QVERIFY2(text.contains("Konto-Bezeichnung: gespeichert \u201EAlpha GmbH\u201C, bei "
+                                   "Ihnen \u201EAlpha KG\u201C\r\n  Konto-Typus: gespeichert "
+                                   "\u201EObjektkonto\u201C, bei Ihnen \u201EKanzleikonto\u201C"),
+                     qPrintable(text));
+            // Kept: shown on the stored account, and the next save goes through.
+            QCOMPARE(nr(), 100);
+            QCOMPARE(ui().inpKrKontoBezeichnung->text(), "Alpha KG");
+            QCOMPARE(ui().inpKrKontoTypus->text(), "1");
+            fokusAuf(ui().inpKrKontoNr);
+            taste(Qt::Key_PageDown);
+            QCOMPARE(nr(), 200);
+            QCOMPARE(m_boxen->anzahl(), 1);
+        }
+        QCOMPARE(gespeichert(100, "KrKontoBezeichnung").toString(), "Alpha KG");
+        QCOMPARE(gespeichert(100, "KrKontoTypus").toString(), "1");
     }
 
     void kombiValidierungPrueftDenTyp()

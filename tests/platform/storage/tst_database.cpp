@@ -207,6 +207,7 @@ private slots:
     void datentraegerfehler();
     void anmeldungUndTls_data();
     void anmeldungUndTls();
+    void kennwortWirdErfragt();
     void schemaFragen();
     void registryTeiltVerbindung();
     void gleicheAnweisungZweiCursor();
@@ -639,6 +640,41 @@ void tst_Database::anmeldungUndTls()
     QVERIFY2(!meldung.contains(QLatin1String("heim")), qPrintable(meldung));
     // libpq tries a host twice (with and without TLS, IPv6 and IPv4): its reason is said once.
     QVERIFY2(meldung.count(QLatin1String("failed")) <= 1, qPrintable(meldung));
+}
+
+// The screen asks for a password no other way gave, and again after a wrong one.
+void tst_Database::kennwortWirdErfragt()
+{
+    const QString dir = qEnvironmentVariable("ZEP_TEST_PG_TLS");
+    if (testhilfe::aktuelleEngine() != Engine::PostgreSql || dir.isEmpty())
+        QSKIP("needs the TLS cluster of scripts/pg-test-cluster start-tls in ZEP_TEST_PG_TLS");
+    QFile portDatei(dir + QStringLiteral("/port"));
+    QVERIFY(portDatei.open(QIODevice::ReadOnly));
+    const QString adresse = QStringLiteral("postgresql://zeppw@localhost:%1/postgres?"
+                                           "sslmode=verify-full&sslrootcert=%2/ca.crt&"
+                                           "application_name=erfragt")
+                                .arg(QString::fromLatin1(portDatei.readAll().trimmed()), dir);
+    qputenv("PGPASSFILE", "/nonexistent");
+    qunsetenv("PGPASSWORD");
+    QStringList fragen;
+    PostgresDatabase::setKennwortAbfrage(
+        [&](const QString &benutzer, const QString &server, const QString &grund) {
+            fragen << benutzer + QLatin1Char('@') + server + QLatin1Char('|') + grund;
+            return std::optional<QString>(fragen.size() == 1 ? QStringLiteral("Xfalsch9")
+                                                             : QStringLiteral("zep-Kennwort"));
+        });
+    const auto zurueck = qScopeGuard([] {
+        PostgresDatabase::setKennwortAbfrage({});
+        qunsetenv("PGPASSFILE");
+    });
+    auto db = Database::openSeparate(adresse);
+    QCOMPARE(db->benutzer(), QStringLiteral("zeppw"));
+    QCOMPARE(fragen.size(), 2);
+    QCOMPARE(fragen.at(0), QStringLiteral("zeppw@localhost|"));
+    QVERIFY2(fragen.at(1).contains(QLatin1String("abgelehnt")), qPrintable(fragen.at(1)));
+    // Asked once per process: the next connection to the address uses what was typed.
+    Database::openSeparate(adresse);
+    QCOMPARE(fragen.size(), 2);
 }
 
 void tst_Database::schemaFragen()
