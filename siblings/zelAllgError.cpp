@@ -1,6 +1,7 @@
 #include "zelAllgError.h"
 
 #include "platform/core/CreateObject.h"
+#include "platform/core/Geheimnisse.h"
 #include "platform/ui/Hilfeaufruf.h"
 #include "platform/ui/MsgBox.h"
 #include "siblings/zelAbrPosStamm.h"
@@ -21,7 +22,8 @@ namespace {
 
 QLabel *wertLabel(const QString &text, const char *name)
 {
-    auto *l = new QLabel(text);
+    // An engine's text may repeat a database address: its password is never shown.
+    auto *l = new QLabel(platform::geheimnisseMaskieren(text));
     l->setObjectName(QLatin1String(name));
     l->setTextFormat(Qt::PlainText);
     l->setWordWrap(true);
@@ -103,7 +105,7 @@ QString AllgErrorDialog::berichtText() const
     if (!m_fehler.hilfedatei.isEmpty())
         zeilen << QStringLiteral("Hilfedatei: %1 (%2)")
                       .arg(m_fehler.hilfedatei, m_fehler.hilfekontext);
-    return zeilen.join(u'\n');
+    return platform::geheimnisseMaskieren(zeilen.join(u'\n'));
 }
 
 void AllgErrorDialog::hilfeZeigen()

@@ -55,7 +55,7 @@ QVariantList neunWerte(const QString &hilfedatei)
             QStringLiteral("4711"),
             QStringLiteral("frmKontenStamm"),
             QStringLiteral("zelKontenStamm, in KKData_Validate"),
-            QStringLiteral("Zusatz eins"),
+            QStringLiteral("Zusatz eins: postgresql://zep:Geheim7@db/k"),
             QString(),
             false};
 }
@@ -88,6 +88,7 @@ void tst_zelAllgError::meldenZeigtAlleWerte()
                        .testFlag(Qt::TextSelectableByMouse);
         QVERIFY(!d->findChild<QLabel *>(QStringLiteral("lblZusatz2"))); // empty: not shown
         QVERIFY(d->berichtText().contains(QStringLiteral("KKData_Validate")));
+        QVERIFY(!d->berichtText().contains(QStringLiteral("Geheim7")));
         d->findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
     });
     const QVariant antwort
@@ -96,7 +97,8 @@ void tst_zelAllgError::meldenZeigtAlleWerte()
     QCOMPARE(antwort, QVariant::fromValue(qint16(1)));
     QCOMPARE(gesehen,
              QStringList({"3022", "Die Änderungen wurden nicht durchgeführt", "frmKontenStamm",
-                          "zelKontenStamm, in KKData_Validate", "Zusatz eins", "4711"}));
+                          "zelKontenStamm, in KKData_Validate",
+                          "Zusatz eins: postgresql://zep:*****@db/k", "4711"}));
     QVERIFY(waehlbar);
 }
 

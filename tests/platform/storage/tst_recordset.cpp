@@ -434,20 +434,30 @@ private slots:
     {
         QTest::addColumn<QString>("anderer");
         QTest::addColumn<bool>("loeschen");
-        QTest::newRow("geändert, Update")
-            << "UPDATE Konten SET KontoBezeichnung = 'Fremd' WHERE KontoNr = '0002'" << false;
+        // Update writes on top of another user's change of other fields (the field he changed).
+        QTest::addColumn<QString>("zusammen");
+        QTest::newRow("gleiches Feld, Update")
+            << "UPDATE Konten SET KontoTypus = 7, KontoBezeichnung = 'Fremd' WHERE KontoNr = '0002'"
+            << false << "";
+        QTest::newRow("anderes Feld, Update")
+            << "UPDATE Konten SET KontoBezeichnung = 'Fremd' WHERE KontoNr = '0002'" << false
+            << "kontobezeichnung";
         QTest::newRow("Null wird Wert, Update")
-            << "UPDATE Konten SET KontoBetrag = 3.5 WHERE KontoNr = '0002'" << false;
-        QTest::newRow("gelöscht, Update") << "DELETE FROM Konten WHERE KontoNr = '0002'" << false;
+            << "UPDATE Konten SET KontoBetrag = 3.5 WHERE KontoNr = '0002'" << false
+            << "kontobetrag";
+        QTest::newRow("gelöscht, Update")
+            << "DELETE FROM Konten WHERE KontoNr = '0002'" << false << "";
         QTest::newRow("geändert, Delete")
-            << "UPDATE Konten SET KontoBezeichnung = 'Fremd' WHERE KontoNr = '0002'" << true;
-        QTest::newRow("gelöscht, Delete") << "DELETE FROM Konten WHERE KontoNr = '0002'" << true;
+            << "UPDATE Konten SET KontoBezeichnung = 'Fremd' WHERE KontoNr = '0002'" << true << "";
+        QTest::newRow("gelöscht, Delete")
+            << "DELETE FROM Konten WHERE KontoNr = '0002'" << true << "";
     }
 
     void konflikt()
     {
         QFETCH(QString, anderer);
         QFETCH(bool, loeschen);
+        QFETCH(QString, zusammen);
         auto rs = jahr();
         rs->MoveNext();
         if (!loeschen) {
@@ -463,6 +473,19 @@ private slots:
             else
                 rs->Update();
         });
+        if (!zusammen.isEmpty()) {
+            // Both changes stored, and the set shows them.
+            QCOMPARE(nummer, 0);
+            QCOMPARE(rs->fremdGeaenderteFelder().join(u',').toLower(), zusammen);
+            const QString sql = "SELECT KontoTypus, " + zusammen + " FROM Konten WHERE KontoNr = ?";
+            auto zweiter = zweiterBenutzer();
+            auto c = zweiter->query(sql, {QStringLiteral("0002")});
+            QVERIFY(c->next());
+            QCOMPARE(c->wert(0).toInt(), 5);
+            QCOMPARE(rs->feld("KontoTypus").toInt(), 5);
+            QCOMPARE(rs->feld(zusammen).toString(), c->wert(1).toString());
+            return;
+        }
         QCOMPARE(nummer, fehlernummer::DatensatzGeaendert);
         QCOMPARE(gespeichert("0002"), vorher);
         QCOMPARE(rs->RecordCount(), 3);
