@@ -1,11 +1,11 @@
 #pragma once
 
 #include <QByteArrayView>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
 #include <QVariantList>
-
 #include <memory>
 
 namespace platform::storage {
@@ -40,6 +40,13 @@ public:
 
     // The value as QVariant: null, qlonglong, double, QString or QDate.
     QVariant wert(int spalte) const;
+};
+
+// What a record set needs to know about its table to write rows back.
+struct Tabellenbeschreibung
+{
+    QStringList spalten; // in the table's order, as the engine names them
+    QStringList schluessel; // primary key columns in key order; empty when there is none
 };
 
 // One connection to an accounting database: a SQLCipher file or a PostgreSQL database.
@@ -88,10 +95,18 @@ public:
     virtual void rollback() = 0;
     virtual bool inTransaction() const = 0;
 
-    // Schema questions; names are compared without regard to ASCII case.
+    // Schema questions; names are compared without regard to ASCII case. A missing table
+    // fails with 3078. beschreiben() costs one server round trip.
     virtual bool hasTable(const QString &tabelle) = 0;
-    virtual QStringList columns(const QString &tabelle) = 0;
-    virtual QStringList primaryKey(const QString &tabelle) = 0;
+    virtual Tabellenbeschreibung beschreiben(const QString &tabelle) = 0;
+    QStringList columns(const QString &tabelle) { return beschreiben(tabelle).spalten; }
+    QStringList primaryKey(const QString &tabelle) { return beschreiben(tabelle).schluessel; }
+
+    // beschreiben(), remembered for this connection until a statement of its own changes the
+    // schema (ALTER, CREATE, DROP); `erneuern` asks the engine again (another program may have
+    // added a column).
+    std::shared_ptr<const Tabellenbeschreibung> beschreibung(const QString &tabelle,
+                                                             bool erneuern = false);
 
     // Number of server round trips so far (0 for the embedded engine); for benchmarks.
     virtual qint64 roundTrips() const { return 0; }
@@ -99,10 +114,14 @@ public:
 protected:
     explicit Database(QString ort)
         : m_ort(std::move(ort))
-    {}
+    { }
+
+    // For execute(): forgets the remembered descriptions when `sql` changes the schema.
+    void schemaAenderungBeachten(const QString &sql);
 
 private:
     QString m_ort;
+    QHash<QString, std::shared_ptr<const Tabellenbeschreibung>> m_beschreibungen;
 };
 
 // Rolls back unless committed.

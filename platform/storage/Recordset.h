@@ -130,6 +130,9 @@ private:
     const QVariantList &aktuelleWerte() const;
     int feldPruefen(const QString &name) const;
     void aktualisierbarPruefen();
+    // Marks the table's columns and key in the rows' storage (one round trip the first time a
+    // connection meets the table).
+    void tabelleZuordnen(Zeilenspeicher &z) const;
     QString vergleichsOperator() const;
     // WHERE text naming the row by its key and its values as read; fills `params`.
     QString zeilenBedingung(const QVariantList &gelesen, QVariantList &params) const;
@@ -153,7 +156,6 @@ private:
     bool m_noMatch = false;
     EditMode m_editMode = EditMode::Keiner;
     std::unique_ptr<Zustand> m_zustand;
-    std::vector<int> m_schluessel; // result columns of the table key, empty until needed
     // The decoded current row, valid while the row keeps its packing.
     mutable const Zeilenspeicher *m_cacheSpeicher = nullptr;
     mutable quint32 m_cacheOffset = 0;

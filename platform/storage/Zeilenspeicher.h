@@ -66,9 +66,12 @@ public:
 
     qint64 speicherBytes() const;
 
-    // Filled on the first edit by the record set (shared by clones).
-    bool metadatenGeladen = false;
+    // What the record set knows about its table, filled when the rows are loaded (shared by
+    // clones): which result columns are table columns, and the result columns of the key
+    // (empty when the rows cannot be written back).
+    bool tabelleBekannt = false;
     std::vector<bool> tabellenSpalte;
+    std::vector<int> schluessel;
 
 private:
     // A growable byte buffer that, unlike std::vector, does not zero what it reserves: the
