@@ -26,6 +26,9 @@ struct Recordset::Zustand
 
 namespace {
 
+// Rows from which FindFirst uses an index instead of comparing row by row.
+constexpr int IndexAb = 256;
+
 bool istBezeichnerZeichen(QChar c)
 {
     return c.isLetterOrNumber() || c == QLatin1Char('_') || c == QLatin1Char('$');
@@ -440,19 +443,40 @@ void Recordset::suchen(const std::vector<Kriterium> &kriterien, int ab)
     bedingungen.reserve(kriterien.size());
     for (const Kriterium &k : kriterien)
         bedingungen.push_back(vorbereiten(feldPruefen(k.feld), k.wert));
-    const int n = m_zeilen->anzahl();
-    for (int i = std::max(ab, 0); i < n; ++i) {
-        bool alle = true;
+    const auto alle = [&](int zeile) {
         for (const Bedingung &b : bedingungen) {
-            if (!passt(m_zeilen->feld(i, b.spalte), b)) {
-                alle = false;
-                break;
-            }
+            if (!passt(m_zeilen->feld(zeile, b.spalte), b))
+                return false;
         }
-        if (alle) {
-            bearbeitungVerwerfen();
-            positionieren(i);
-            m_noMatch = false;
+        return true;
+    };
+    const auto gefunden = [&](int zeile) {
+        bearbeitungVerwerfen();
+        positionieren(zeile);
+        m_noMatch = false;
+    };
+    ab = std::max(ab, 0);
+    const int n = m_zeilen->anzahl();
+    // A year of many accounts is searched by number on every record shown: by the column's
+    // index where a text is compared exactly, row by row otherwise.
+    const auto text = std::find_if(bedingungen.begin(), bedingungen.end(), [](const Bedingung &b) {
+        return b.art == Bedingung::Art::Text && !b.datum;
+    });
+    if (text != bedingungen.end() && n - ab >= IndexAb) {
+        int zeile = m_zeilen->textSuchen(text->spalte, QByteArrayView(text->utf8), ab);
+        if (zeile != -2) {
+            while (zeile >= 0 && !alle(zeile))
+                zeile = m_zeilen->textSuchen(text->spalte, QByteArrayView(text->utf8), zeile + 1);
+            if (zeile >= 0)
+                gefunden(zeile);
+            else
+                m_noMatch = true;
+            return;
+        }
+    }
+    for (int i = ab; i < n; ++i) {
+        if (alle(i)) {
+            gefunden(i);
             return;
         }
     }

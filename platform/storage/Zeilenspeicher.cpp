@@ -343,20 +343,127 @@ void Zeilenspeicher::anhaengen(const QVariantList &werte)
 {
     const quint32 offset = packen(werte);
     m_zeilen.push_back(Zeile {m_naechsteId++, offset});
+    indizesAnpassen(anzahl() - 1, true);
     ++m_stand;
 }
 
 void Zeilenspeicher::ersetzen(int zeile, const QVariantList &werte)
 {
+    indizesAnpassen(zeile, false);
     const quint32 offset = packen(werte);
     m_zeilen[size_t(zeile)].offset = offset;
+    indizesAnpassen(zeile, true);
     ++m_stand;
 }
 
 void Zeilenspeicher::entfernen(int zeile)
 {
+    indizesAnpassen(zeile, false);
     m_zeilen.erase(m_zeilen.begin() + zeile);
     ++m_stand;
+}
+
+namespace {
+
+constexpr qint64 Entfernt = -1;
+
+size_t streuwert(QByteArrayView text)
+{
+    return qHash(text, 0x5bd1e995);
+}
+
+} // namespace
+
+bool Zeilenspeicher::indexEintragen(Textindex &index, int spalte, int zeile)
+{
+    const RohWert w = feld(zeile, spalte);
+    if (w.art == Wertart::Null)
+        return true;
+    if (w.art != Wertart::Text && w.art != Wertart::Datum)
+        return false;
+    // At most half the places taken, so that the chains stay short.
+    if ((index.belegt + 1) * 2 > index.plaetze.size()) {
+        std::vector<qint64> alt = std::move(index.plaetze);
+        size_t groesse = 1024;
+        while (groesse < size_t(anzahl()) * 4)
+            groesse *= 2;
+        index.plaetze.assign(groesse, 0);
+        index.belegt = 0;
+        for (qint64 id : alt) {
+            if (id > 0) {
+                const int z = finden(id);
+                if (z >= 0 && z != zeile)
+                    indexEintragen(index, spalte, z);
+            }
+        }
+    }
+    const size_t maske = index.plaetze.size() - 1;
+    for (size_t i = streuwert(w.text) & maske;; i = (i + 1) & maske) {
+        if (index.plaetze[i] == 0) {
+            index.plaetze[i] = id(zeile);
+            ++index.belegt;
+            return true;
+        }
+    }
+}
+
+void Zeilenspeicher::indexAustragen(Textindex &index, int spalte, int zeile)
+{
+    const RohWert w = feld(zeile, spalte);
+    if (w.art != Wertart::Text && w.art != Wertart::Datum)
+        return;
+    const size_t maske = index.plaetze.size() - 1;
+    const qint64 gesucht = id(zeile);
+    for (size_t i = streuwert(w.text) & maske; index.plaetze[i] != 0; i = (i + 1) & maske) {
+        if (index.plaetze[i] == gesucht) {
+            index.plaetze[i] = Entfernt;
+            return;
+        }
+    }
+}
+
+void Zeilenspeicher::indizesAnpassen(int zeile, bool eintragen)
+{
+    for (auto it = m_indizes.begin(); it != m_indizes.end();) {
+        if (!eintragen) {
+            indexAustragen(*it, it.key(), zeile);
+            ++it;
+        } else if (indexEintragen(*it, it.key(), zeile)) {
+            ++it;
+        } else {
+            it = m_indizes.erase(it);
+        }
+    }
+}
+
+int Zeilenspeicher::textSuchen(int spalte, QByteArrayView text, int ab)
+{
+    auto it = m_indizes.find(spalte);
+    if (it == m_indizes.end()) {
+        Textindex index;
+        for (int z = 0; z < anzahl(); ++z) {
+            if (!indexEintragen(index, spalte, z))
+                return -2;
+        }
+        it = m_indizes.insert(spalte, std::move(index));
+    }
+    const Textindex &index = *it;
+    if (index.plaetze.empty())
+        return -1;
+    // Rows with equal values share one chain; the first of them from `ab` on wins.
+    int erste = -1;
+    const size_t maske = index.plaetze.size() - 1;
+    for (size_t i = streuwert(text) & maske; index.plaetze[i] != 0; i = (i + 1) & maske) {
+        const qint64 kandidat = index.plaetze[i];
+        if (kandidat == Entfernt)
+            continue;
+        const int z = finden(kandidat);
+        if (z < ab || (erste >= 0 && z >= erste))
+            continue;
+        if (feld(z, spalte).text == text)
+            erste = z;
+    }
+    return erste;
 }
 
 qint64 Zeilenspeicher::speicherBytes() const

@@ -60,6 +60,12 @@ public:
     void ersetzen(int zeile, const QVariantList &werte);
     void entfernen(int zeile);
 
+    // The first row from `ab` on whose column `spalte` holds exactly the text `text`, through
+    // a hash index of the column (built on first use, kept up to date by the changes above).
+    // -1 when no row does; -2 when the column holds other values than texts and must be
+    // searched row by row.
+    int textSuchen(int spalte, QByteArrayView text, int ab);
+
     // Grows with every change of the rows; a record set compares it to its own copy to know
     // when its position must be looked up again.
     quint64 stand() const { return m_stand; }
@@ -105,13 +111,25 @@ private:
         quint32 offset;
     };
 
+    // Row ids by the hash of one text column's value, open addressing (0 free, -1 removed).
+    struct Textindex
+    {
+        std::vector<qint64> plaetze;
+        size_t belegt = 0; // ids and removed marks
+    };
+
     quint32 packen(const QVariantList &werte);
     const uint8_t *ueberspringen(const uint8_t *p) const;
+    // False when the value is neither text nor null: no index for such a column.
+    bool indexEintragen(Textindex &index, int spalte, int zeile);
+    void indexAustragen(Textindex &index, int spalte, int zeile);
+    void indizesAnpassen(int zeile, bool eintragen);
 
     QStringList m_namen;
     QHash<QString, int> m_index;
     Arena m_daten;
     std::vector<Zeile> m_zeilen;
+    QHash<int, Textindex> m_indizes;
     qint64 m_naechsteId;
     quint64 m_stand = 0;
 };

@@ -179,6 +179,81 @@ private slots:
         QCOMPARE(rs->AbsolutePosition(), gefunden < 0 ? 1 : gefunden);
     }
 
+    // Large sets are searched through an index of the column, which must follow every change.
+    void findFirstGrosseMenge_data()
+    {
+        QTest::addColumn<QString>("vorher"); // change of account 1003 after a first search
+        QTest::addColumn<QStringList>("felder");
+        QTest::addColumn<QVariantList>("werte");
+        QTest::addColumn<bool>("weiter"); // FindNext after the FindFirst
+        QTest::addColumn<QString>("erwartet"); // KontoNr, "" for NoMatch
+
+        const QStringList bez {"KontoBezeichnung"};
+        QTest::newRow("eindeutig")
+            << "" << QStringList {"KontoNr"} << QVariantList {"1150"} << false << "1150";
+        QTest::newRow("doppelt, der erste") << "" << bez << QVariantList {"B3"} << false << "1003";
+        QTest::newRow("doppelt, FindNext") << "" << bez << QVariantList {"B3"} << true << "1010";
+        QTest::newRow("fehlt") << "" << bez << QVariantList {"B9"} << false << "";
+        QTest::newRow("mit Blank") << "" << bez << QVariantList {"B3 "} << false << "";
+        QTest::newRow("und") << "" << QStringList {"KontoBezeichnung", "KontoTypus"}
+                             << QVariantList {"B3", 2} << false << "1017";
+        QTest::newRow("Zahl gegen Textspalte")
+            << "" << QStringList {"KontoNr"} << QVariantList {1150} << false << "1150";
+        QTest::newRow("Text gegen Zahlspalte")
+            << "" << QStringList {"KontoTypus"} << QVariantList {"1"} << false << "1001";
+        QTest::newRow("geändert, alter Wert")
+            << "Edit" << bez << QVariantList {"B3"} << false << "1010";
+        QTest::newRow("geändert, neuer Wert")
+            << "Edit" << bez << QVariantList {"X"} << false << "1003";
+        QTest::newRow("gelöscht") << "Delete" << bez << QVariantList {"B3"} << false << "1010";
+        QTest::newRow("angefügt bleibt hinten")
+            << "AddNew" << bez << QVariantList {"B3"} << false << "1003";
+        QTest::newRow("angefügt gefunden")
+            << "AddNew" << QStringList {"KontoNr"} << QVariantList {"0999"} << false << "0999";
+        QTest::newRow("auf Null gesetzt")
+            << "Null" << bez << QVariantList {"B3"} << false << "1010";
+    }
+
+    void findFirstGrosseMenge()
+    {
+        QFETCH(QString, vorher);
+        QFETCH(QStringList, felder);
+        QFETCH(QVariantList, werte);
+        QFETCH(bool, weiter);
+        QFETCH(QString, erwartet);
+        m_db->execute("WITH RECURSIVE r(n) AS (SELECT 0 UNION ALL SELECT n + 1 FROM r WHERE n < "
+                      "399) INSERT INTO Konten (KontoNr, KontoJJ, KontoBezeichnung, KontoTypus) "
+                      "SELECT CAST(1000 + n AS VARCHAR(6)), 2005, 'B' || CAST(n % 7 AS "
+                      "VARCHAR(2)), n % 3 FROM r");
+        auto rs = jahr(2005);
+        rs->FindFirst({{"KontoBezeichnung", "B3"}});
+        QCOMPARE(rs->feld("KontoNr").toString(), QStringLiteral("1003"));
+        if (vorher == QLatin1String("Delete")) {
+            rs->Delete();
+        } else if (vorher == QLatin1String("AddNew")) {
+            rs->AddNew();
+            rs->setFeld("KontoNr", "0999");
+            rs->setFeld("KontoJJ", 2005);
+            rs->setFeld("KontoBezeichnung", "B3");
+            rs->Update();
+        } else if (!vorher.isEmpty()) {
+            rs->Edit();
+            rs->setFeld("KontoBezeichnung",
+                        vorher == QLatin1String("Edit") ? QVariant("X") : QVariant());
+            rs->Update();
+        }
+        rs->MoveLast();
+        std::vector<Kriterium> kriterien;
+        for (int i = 0; i < felder.size(); ++i)
+            kriterien.push_back({felder[i], werte[i]});
+        rs->FindFirst(kriterien);
+        if (weiter)
+            rs->FindNext(kriterien);
+        QCOMPARE(rs->NoMatch(), erwartet.isEmpty());
+        if (!erwartet.isEmpty())
+            QCOMPARE(rs->feld("KontoNr").toString(), erwartet);
+    }
+
     void findNext()
     {
         auto rs = jahr();
