@@ -73,26 +73,65 @@ QVariant alsVariant(const RohWert &w, bool alsGelesen)
 
 } // namespace
 
-uint8_t *Zeilenspeicher::Arena::frei(size_t n)
+Zeilenspeicher::Arena::~Arena()
 {
-    if (m_groesse + n > m_kapazitaet) {
-        const size_t neu = std::max(m_groesse + n, std::max<size_t>(4096, m_kapazitaet * 2));
-        auto *p = static_cast<uint8_t *>(std::realloc(m_daten, neu));
-        if (!p)
-            throw std::bad_alloc();
-        m_daten = p;
-        m_kapazitaet = neu;
+    for (const Block &b : m_bloecke)
+        std::free(b.daten);
+}
+
+void Zeilenspeicher::Arena::neuerBlock(size_t n)
+{
+    constexpr size_t ErsterBlock = 4096;
+    constexpr size_t GroessterBlock = size_t(1) << OffsetBits;
+    const size_t teil = m_belegt - m_zeilenAnfang; // the row packed so far moves along
+    size_t groesse = m_bloecke.empty() ? ErsterBlock : std::min(GroessterBlock, m_groesse * 2);
+    // A row outgrowing the largest block: room for its further values, so that it moves once.
+    if (teil + n > groesse)
+        groesse = teil + n + (teil + n) / 4;
+    // A block holding nothing but the row that outgrew it is replaced.
+    const bool ersetzen = !m_bloecke.empty() && m_zeilenAnfang == 0;
+    if (!ersetzen && m_bloecke.size() >= (size_t(1) << (32 - OffsetBits)))
+        throw std::length_error("Zeilenspeicher: mehr als 4 GB Zeilendaten");
+    auto *neu = static_cast<uint8_t *>(std::malloc(groesse));
+    if (!neu)
+        throw std::bad_alloc();
+    if (teil)
+        std::memcpy(neu, m_block + m_zeilenAnfang, teil);
+    if (ersetzen) {
+        std::free(m_block);
+        m_kapazitaet -= m_groesse;
+        m_bloecke.back() = Block {neu, groesse};
+    } else {
+        m_bloecke.push_back(Block {neu, groesse});
     }
-    return m_daten + m_groesse;
+    m_kapazitaet += groesse;
+    m_block = neu;
+    m_groesse = groesse;
+    m_belegt = teil;
+    m_zeilenAnfang = 0;
+}
+
+quint32 Zeilenspeicher::Arena::zeileBeenden()
+{
+    const quint32 position = quint32(m_bloecke.size() - 1) << OffsetBits | quint32(m_zeilenAnfang);
+    m_zeilenAnfang = m_belegt;
+    // Offsets of row starts must fit their bits: after a row larger than a block, a new one.
+    if (m_belegt > OffsetMaske) {
+        schrumpfen();
+        m_groesse = m_belegt;
+    }
+    return position;
 }
 
 void Zeilenspeicher::Arena::schrumpfen()
 {
-    if (m_groesse == 0 || m_groesse == m_kapazitaet)
+    if (m_bloecke.empty() || m_belegt == m_groesse || m_belegt == 0)
         return;
-    if (auto *p = static_cast<uint8_t *>(std::realloc(m_daten, m_groesse))) {
-        m_daten = p;
-        m_kapazitaet = m_groesse;
+    if (auto *p = static_cast<uint8_t *>(std::realloc(m_block, m_belegt))) {
+        m_kapazitaet -= m_groesse - m_belegt;
+        m_block = p;
+        m_groesse = m_belegt;
+        m_bloecke.back() = Block {p, m_belegt};
     }
 }
 
@@ -123,9 +162,6 @@ void Zeilenspeicher::laden(Cursor &cursor)
         m_index.insert(asciiKlein(m_namen[i]), i);
 
     while (cursor.next()) {
-        const size_t anfang = m_daten.size();
-        if (anfang > std::numeric_limits<quint32>::max())
-            throw std::length_error("Zeilenspeicher: mehr als 4 GB Zeilendaten");
         for (int i = 0; i < n; ++i) {
             const Wertart art = cursor.art(i);
             switch (art) {
@@ -165,9 +201,8 @@ void Zeilenspeicher::laden(Cursor &cursor)
             }
             }
         }
-        m_zeilen.push_back(Zeile {m_naechsteId++, quint32(anfang)});
+        m_zeilen.push_back(Zeile {m_naechsteId++, m_daten.zeileBeenden()});
     }
-    // Doubling leaves up to half the arena unused; one copy gives it back.
     m_daten.schrumpfen();
     m_zeilen.shrink_to_fit();
     ++m_stand;
@@ -210,7 +245,7 @@ const uint8_t *Zeilenspeicher::ueberspringen(const uint8_t *p) const
 
 RohWert Zeilenspeicher::feld(int zeile, int spalte) const
 {
-    const uint8_t *p = m_daten.data() + m_zeilen[size_t(zeile)].offset;
+    const uint8_t *p = m_daten.zeile(m_zeilen[size_t(zeile)].offset);
     for (int i = 0; i < spalte; ++i)
         p = ueberspringen(p);
     RohWert w;
@@ -243,7 +278,7 @@ QVariantList Zeilenspeicher::zeile(int zeile, bool alsGelesen) const
     const int n = spaltenAnzahl();
     werte.reserve(n);
     // Walks the packing once instead of skipping from the start for every field.
-    const uint8_t *p = m_daten.data() + m_zeilen[size_t(zeile)].offset;
+    const uint8_t *p = m_daten.zeile(m_zeilen[size_t(zeile)].offset);
     for (int i = 0; i < n; ++i) {
         RohWert w;
         quint64 v = 0;
@@ -276,9 +311,6 @@ QVariantList Zeilenspeicher::zeile(int zeile, bool alsGelesen) const
 
 quint32 Zeilenspeicher::packen(const QVariantList &werte)
 {
-    const size_t anfang = m_daten.size();
-    if (anfang > std::numeric_limits<quint32>::max())
-        throw std::length_error("Zeilenspeicher: mehr als 4 GB Zeilendaten");
     for (int i = 0; i < spaltenAnzahl(); ++i) {
         const QVariant wert = i < werte.size() ? werte[i] : QVariant();
         if (wert.isNull()) {
@@ -336,7 +368,7 @@ quint32 Zeilenspeicher::packen(const QVariantList &werte)
         }
         }
     }
-    return quint32(anfang);
+    return m_daten.zeileBeenden();
 }
 
 void Zeilenspeicher::anhaengen(const QVariantList &werte)

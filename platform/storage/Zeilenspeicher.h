@@ -80,28 +80,52 @@ public:
     std::vector<int> schluessel;
 
 private:
-    // A growable byte buffer that, unlike std::vector, does not zero what it reserves: the
-    // load loop reserves the largest packing of a value and keeps only what it wrote.
+    // The packed rows in blocks that grow from 4 KB to 1 MB: growing never copies what is
+    // packed, and memory is neither zeroed nor touched before use. A row lies in one block; its
+    // position is the block's number (12 bits) and the row's offset in it (20 bits). A row
+    // larger than a block gets a block of its own.
     class Arena
     {
     public:
         Arena() = default;
-        ~Arena() { std::free(m_daten); }
+        ~Arena();
         Arena(const Arena &) = delete;
         Arena &operator=(const Arena &) = delete;
 
-        // Room for `n` more bytes at the end; valid until the next call.
-        uint8_t *frei(size_t n);
+        // Room for `n` more bytes of the row being packed; valid until the next call.
+        uint8_t *frei(size_t n)
+        {
+            if (m_belegt + n > m_groesse)
+                neuerBlock(n);
+            return m_block + m_belegt;
+        }
         // Ends the bytes written since frei() at `ende`.
-        void fertig(const uint8_t *ende) { m_groesse = size_t(ende - m_daten); }
+        void fertig(const uint8_t *ende) { m_belegt = size_t(ende - m_block); }
+        // The position of the row packed since the last call; the next row starts.
+        quint32 zeileBeenden();
+        const uint8_t *zeile(quint32 position) const
+        {
+            return m_bloecke[position >> OffsetBits].daten + (position & OffsetMaske);
+        }
+        // Gives the unused end of the last block back.
         void schrumpfen();
-        const uint8_t *data() const { return m_daten; }
-        size_t size() const { return m_groesse; }
         size_t capacity() const { return m_kapazitaet; }
 
     private:
-        uint8_t *m_daten = nullptr;
+        static constexpr int OffsetBits = 20;
+        static constexpr quint32 OffsetMaske = (1u << OffsetBits) - 1;
+        struct Block
+        {
+            uint8_t *daten;
+            size_t groesse;
+        };
+        void neuerBlock(size_t n);
+
+        std::vector<Block> m_bloecke;
+        uint8_t *m_block = nullptr; // the last block
         size_t m_groesse = 0;
+        size_t m_belegt = 0;
+        size_t m_zeilenAnfang = 0; // of the row being packed, in the last block
         size_t m_kapazitaet = 0;
     };
 

@@ -611,6 +611,58 @@ private slots:
                  5);
     }
 
+    // Rows are packed into blocks of up to 1 MB; a row never straddles two of them.
+    void textlaengen_data()
+    {
+        QTest::addColumn<QList<int>>("laengen"); // of the rows' texts, repeated 'x' times
+        QTest::addColumn<int>("wiederholt");
+        QTest::addColumn<int>("neu"); // length written into the middle row afterwards
+        QTest::newRow("viele über Blockgrenzen") << QList<int> {0, 400, 7} << 1500 << 100;
+        QTest::newRow("größer als ein Block") << QList<int> {10, 2100000, 10} << 1 << 10;
+        QTest::newRow("klein wird groß") << QList<int> {300} << 5 << 1500000;
+        QTest::newRow("knapp unter einem Block") << QList<int> {1048500, 1048500} << 2 << 5;
+    }
+
+    void textlaengen()
+    {
+        QFETCH(QList<int>, laengen);
+        QFETCH(int, wiederholt);
+        QFETCH(int, neu);
+        m_db->execute("CREATE TABLE Texte (Nr INTEGER PRIMARY KEY, Inhalt TEXT)");
+        const auto text = [](int nr, int laenge) {
+            return QString(laenge, QChar(u'a' + nr % 26));
+        };
+        QList<int> erwartet;
+        for (int w = 0; w < wiederholt; ++w)
+            erwartet += laengen;
+        {
+            Transaktion t(*m_db);
+            for (int i = 0; i < erwartet.size(); ++i)
+                m_db->execute("INSERT INTO Texte VALUES (?, ?)", {i, text(i, erwartet[i])});
+            t.commit();
+        }
+        Recordset rs(m_db, "SELECT * FROM Texte ORDER BY Nr");
+        const int mitte = int(erwartet.size()) / 2;
+        const auto pruefen = [&](Recordset &r) {
+            QCOMPARE(r.RecordCount(), erwartet.size());
+            r.MoveFirst();
+            for (int i = 0; i < erwartet.size(); ++i, r.MoveNext())
+                QVERIFY2(r.feld("Inhalt").toString() == text(i, erwartet[i]),
+                         qPrintable(QString::number(i)));
+        };
+        pruefen(rs);
+        rs.MoveFirst();
+        for (int i = 0; i < mitte; ++i)
+            rs.MoveNext();
+        rs.Edit();
+        rs.setFeld("Inhalt", text(mitte, neu));
+        rs.Update();
+        erwartet[mitte] = neu;
+        pruefen(rs);
+        rs.Requery();
+        pruefen(rs);
+    }
+
     void fehlerfaelle()
     {
         auto rs = jahr();
