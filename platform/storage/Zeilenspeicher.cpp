@@ -149,17 +149,22 @@ Zeilenspeicher::Zeilenspeicher(qint64 ersteId)
     : m_naechsteId(ersteId)
 { }
 
-void Zeilenspeicher::laden(Cursor &cursor)
+void Zeilenspeicher::spaltenFestlegen(const QStringList &namen)
+{
+    m_namen = namen;
+    m_index.clear();
+    // With a name twice in the result the first one wins, as field lookups expect.
+    for (qsizetype i = m_namen.size() - 1; i >= 0; --i)
+        m_index.insert(asciiKlein(m_namen[i]), int(i));
+}
+
+void Zeilenspeicher::laden(Cursor &cursor, const std::function<void(qint64)> &jeTausend)
 {
     const int n = cursor.spaltenAnzahl();
-    m_namen.clear();
-    m_index.clear();
-    for (int i = 0; i < n; ++i) {
-        m_namen.append(cursor.spaltenName(i));
-    }
-    // With a name twice in the result the first one wins, as field lookups expect.
-    for (int i = n - 1; i >= 0; --i)
-        m_index.insert(asciiKlein(m_namen[i]), i);
+    QStringList namen;
+    for (int i = 0; i < n; ++i)
+        namen.append(cursor.spaltenName(i));
+    spaltenFestlegen(namen);
 
     while (cursor.next()) {
         for (int i = 0; i < n; ++i) {
@@ -202,6 +207,8 @@ void Zeilenspeicher::laden(Cursor &cursor)
             }
         }
         m_zeilen.push_back(Zeile {m_naechsteId++, m_daten.zeileBeenden()});
+        if (jeTausend && m_zeilen.size() % 1000 == 0)
+            jeTausend(qint64(m_zeilen.size()));
     }
     m_daten.schrumpfen();
     m_zeilen.shrink_to_fit();
@@ -270,6 +277,11 @@ RohWert Zeilenspeicher::feld(int zeile, int spalte) const
         break;
     }
     return w;
+}
+
+QVariant Zeilenspeicher::wert(int zeile, int spalte) const
+{
+    return alsVariant(feld(zeile, spalte), false);
 }
 
 QVariantList Zeilenspeicher::zeile(int zeile, bool alsGelesen) const

@@ -10,6 +10,7 @@
 #include <QVariantList>
 #include <cstdint>
 #include <cstdlib>
+#include <functional>
 #include <vector>
 
 namespace platform::storage {
@@ -33,8 +34,11 @@ class Zeilenspeicher
 public:
     explicit Zeilenspeicher(qint64 ersteId = 1);
 
-    // Takes the columns and every remaining row of the cursor.
-    void laden(Cursor &cursor);
+    // Takes the columns and every remaining row of the cursor; `jeTausend` hears the number of
+    // rows after every thousand.
+    void laden(Cursor &cursor, const std::function<void(qint64)> &jeTausend = {});
+    // The columns of a store filled by anhaengen() alone.
+    void spaltenFestlegen(const QStringList &namen);
 
     const QStringList &namen() const { return m_namen; }
     int spaltenAnzahl() const { return int(m_namen.size()); }
@@ -55,6 +59,7 @@ public:
     // the text the engine delivered, so that it binds back unchanged.
     QVariantList zeile(int zeile, bool alsGelesen = false) const;
     RohWert feld(int zeile, int spalte) const;
+    QVariant wert(int zeile, int spalte) const;
 
     void anhaengen(const QVariantList &werte);
     void ersetzen(int zeile, const QVariantList &werte);
