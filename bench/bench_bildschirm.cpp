@@ -232,6 +232,7 @@ void blaettern(benchmark::State &state, const Fall *f, bool mitSchreiber)
     std::optional<Schreiber> zweiter;
     if (mitSchreiber)
         zweiter.emplace(f->ort);
+    auto *nr = form.findChild<QLineEdit *>(QStringLiteral("inpKontoNr"));
     for (auto _ : state) {
         double summe = 0;
         qint64 vorher = db->roundTrips();
@@ -242,9 +243,19 @@ void blaettern(benchmark::State &state, const Fall *f, bool mitSchreiber)
             form.Form_KeyDown(taste);
             wert(*f, "bildab" + zusatz).push_back(ms(t));
             summe += ms(t);
+            // Bare: the engine reads the same account by its key.
+            t.restart();
+            benchmark::DoNotOptimize(
+                db->query(QStringLiteral("SELECT * FROM ObjKanzleiKontenstamm WHERE KontoNr = ? "
+                                         "AND KontoJJ = ?"),
+                          {nr->text(), bd::Jahr})
+                    ->next());
+            wert(*f, "bildab roh" + zusatz).push_back(ms(t));
         }
+        // Without the bare reads' own round trips.
+        const int roh = f->engine == Engine::PostgreSql ? 1 : 0;
         wert(*f, "bildab rundreisen" + zusatz)
-            .push_back(double(db->roundTrips() - vorher) / Schritte);
+            .push_back(double(db->roundTrips() - vorher - roh * Schritte) / Schritte);
         // Saving: one changed field, written by the data control as a move would.
         vorher = db->roundTrips();
         for (int i = 0; i < Speicherungen; ++i) {
@@ -256,9 +267,15 @@ void blaettern(benchmark::State &state, const Fall *f, bool mitSchreiber)
             kk->UpdateRecord();
             wert(*f, "speichern" + zusatz).push_back(ms(t));
             summe += ms(t);
+            // Bare: the engine changes one field of the same account and commits.
+            t.restart();
+            db->execute(QStringLiteral("UPDATE ObjKanzleiKontenstamm SET KontoAnmerkung2 = ? "
+                                       "WHERE KontoNr = ? AND KontoJJ = ?"),
+                        {QStringLiteral("roh %1").arg(i), nr->text(), bd::Jahr});
+            wert(*f, "speichern roh" + zusatz).push_back(ms(t));
         }
         wert(*f, "speichern rundreisen" + zusatz)
-            .push_back(double(db->roundTrips() - vorher) / Speicherungen);
+            .push_back(double(db->roundTrips() - vorher - roh * Speicherungen) / Speicherungen);
         state.SetIterationTime(summe / 1e3);
         state.PauseTiming();
         for (int i = 0; i < Schritte - Speicherungen; ++i) {
@@ -349,19 +366,23 @@ int main(int argc, char **argv)
     std::printf("Faktor: (Öffnen - Schlüssel) / roh lesen. Wachstum: 500.000 gegen 50.000 "
                 "Konten.\n");
 
-    std::printf("\nBild ab (%d Sätze) und Speichern (%d Sätze), ms\n", Schritte, Speicherungen);
-    std::printf("%-10s %7s %-14s %8s %8s %8s %8s %8s %8s %9s %8s\n", "Engine", "Konten",
-                "zweiter Nutzer", "BildAb50", "BildAb95", "RT/Satz", "Sp.50", "Sp.95", "RT/Sp.",
-                "Schreiber", "Ziel");
+    std::printf(
+        "\nBild ab (%d Sätze) und Speichern (%d Sätze), ms; roh: die Engine liest denselben "
+        "Satz per Schlüssel / ändert ein Feld desselben Satzes mit Commit\n",
+        Schritte, Speicherungen);
+    std::printf("%-10s %7s %-9s %8s %8s %8s %8s %8s %8s %8s %8s %9s %8s\n", "Engine", "Konten",
+                "Schreiber", "BildAb50", "BildAb95", "roh 95", "RT/Satz", "Sp.50", "Sp.95",
+                "roh 95", "RT/Sp.", "Schreiber", "Ziel");
     for (const Fall &f : faelle) {
         for (const std::string zusatz : {"", " schreiber"}) {
             const bool ok = f.konten < 500000
                 || (p95(f, "bildab" + zusatz) <= 2 && p95(f, "speichern" + zusatz) <= 5);
-            std::printf("%-10s %7d %-14s %8.2f %8.2f %8.2f %8.2f %8.2f %8.2f %9s %8s\n",
+            std::printf("%-10s %7d %-9s %8.2f %8.2f %8.2f %8.2f %8.2f %8.2f %8.2f %8.2f %9s %8s\n",
                         qPrintable(bd::engineName(f.engine)), f.konten,
                         zusatz.empty() ? "nein" : "schreibt", med(f, "bildab" + zusatz),
-                        p95(f, "bildab" + zusatz), med(f, "bildab rundreisen" + zusatz),
-                        med(f, "speichern" + zusatz), p95(f, "speichern" + zusatz),
+                        p95(f, "bildab" + zusatz), p95(f, "bildab roh" + zusatz),
+                        med(f, "bildab rundreisen" + zusatz), med(f, "speichern" + zusatz),
+                        p95(f, "speichern" + zusatz), p95(f, "speichern roh" + zusatz),
                         med(f, "speichern rundreisen" + zusatz),
                         zusatz.empty() ? "-"
                                        : qPrintable(QString::number(med(f, "schreiber saves"))),
@@ -370,6 +391,7 @@ int main(int argc, char **argv)
                 std::printf("  (%0.f Meldungen)\n", med(f, "meldungen" + zusatz));
         }
     }
-    std::printf("Ziele bei 500.000 Konten: Bild ab p95 <= 2 ms, Speichern p95 <= 5 ms.\n");
+    std::printf("Ziele bei 500.000 Konten: Bild ab p95 <= 2 ms, Speichern p95 <= 5 ms. RT: "
+                "Rundreisen zum Server je Satz.\n");
     return 0;
 }

@@ -99,12 +99,15 @@ public:
     // fails with 3078. beschreiben() costs one server round trip.
     virtual bool hasTable(const QString &tabelle) = 0;
     virtual Tabellenbeschreibung beschreiben(const QString &tabelle) = 0;
+    // Every table of the schema, by its name in lower case, in one round trip; empty where the
+    // engine asks table by table.
+    virtual QHash<QString, Tabellenbeschreibung> alleBeschreiben() { return {}; }
     QStringList columns(const QString &tabelle) { return beschreiben(tabelle).spalten; }
     QStringList primaryKey(const QString &tabelle) { return beschreiben(tabelle).schluessel; }
 
     // beschreiben(), remembered for this connection until a statement of its own changes the
-    // schema (ALTER, CREATE, DROP); `erneuern` asks the engine again (another program may have
-    // added a column).
+    // schema (ALTER, CREATE, DROP); the first question describes every table at once where the
+    // engine can. `erneuern` asks the engine again (another program may have added a column).
     std::shared_ptr<const Tabellenbeschreibung> beschreibung(const QString &tabelle,
                                                              bool erneuern = false);
 
@@ -122,6 +125,7 @@ protected:
 private:
     QString m_ort;
     QHash<QString, std::shared_ptr<const Tabellenbeschreibung>> m_beschreibungen;
+    bool m_alleBeschrieben = false;
 };
 
 // Rolls back unless committed.

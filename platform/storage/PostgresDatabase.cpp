@@ -582,32 +582,52 @@ bool PostgresDatabase::hasTable(const QString &tabelle)
                 .isNull();
 }
 
+namespace {
+
+// Columns and key of the tables of the current schema; the key's array counts from 0.
+const QString SqlBeschreibung = QStringLiteral(
+    "SELECT c.relname, a.attname, COALESCE(array_position(i.indkey::int2[], a.attnum) "
+    "- array_lower(i.indkey::int2[], 1) + 1, 0) "
+    "FROM pg_class c "
+    "JOIN pg_namespace n ON n.oid = c.relnamespace "
+    "JOIN pg_attribute a ON a.attrelid = c.oid AND a.attnum > 0 AND NOT a.attisdropped "
+    "LEFT JOIN pg_index i ON i.indrelid = c.oid AND i.indisprimary "
+    "WHERE n.nspname = current_schema() AND c.relkind IN ('r', 'v', 'p', 'm', 'f') ");
+
+// Rows of (table, column, place in the key) into descriptions by table name in lower case.
+QHash<QString, Tabellenbeschreibung> beschreibungenLesen(Cursor &c)
+{
+    QHash<QString, Tabellenbeschreibung> alle;
+    QHash<QString, QMap<qint64, QString>> schluessel;
+    while (c.next()) {
+        const QString tabelle = QString::fromUtf8(c.utf8(0)).toLower();
+        const QString spalte = QString::fromUtf8(c.utf8(1));
+        alle[tabelle].spalten.append(spalte);
+        if (const qint64 stelle = c.ganzzahl(2); stelle > 0)
+            schluessel[tabelle].insert(stelle, spalte);
+    }
+    for (auto it = schluessel.cbegin(); it != schluessel.cend(); ++it)
+        alle[it.key()].schluessel = it->values();
+    return alle;
+}
+
+} // namespace
+
 Tabellenbeschreibung PostgresDatabase::beschreiben(const QString &tabelle)
 {
-    // Columns and key in one round trip. The key's array counts from 0.
-    auto c
-        = query(QStringLiteral(
-                    "SELECT a.attname, COALESCE(array_position(i.indkey::int2[], a.attnum) "
-                    "- array_lower(i.indkey::int2[], 1) + 1, 0) "
-                    "FROM pg_class c "
-                    "JOIN pg_namespace n ON n.oid = c.relnamespace "
-                    "JOIN pg_attribute a ON a.attrelid = c.oid AND a.attnum > 0 "
-                    "AND NOT a.attisdropped "
-                    "LEFT JOIN pg_index i ON i.indrelid = c.oid AND i.indisprimary "
-                    "WHERE n.nspname = current_schema() AND c.relkind IN ('r', 'v', 'p', 'm', 'f') "
-                    "AND lower(c.relname) = lower(?) ORDER BY a.attnum"),
-                {tabelle});
-    Tabellenbeschreibung b;
-    QMap<qint64, QString> schluessel;
-    while (c->next()) {
-        b.spalten.append(QString::fromUtf8(c->utf8(0)));
-        if (const qint64 stelle = c->ganzzahl(1); stelle > 0)
-            schluessel.insert(stelle, b.spalten.last());
-    }
-    if (b.spalten.isEmpty())
+    auto c = query(SqlBeschreibung
+                       + QStringLiteral("AND lower(c.relname) = lower(?) ORDER BY a.attnum"),
+                   {tabelle});
+    const auto alle = beschreibungenLesen(*c);
+    if (alle.isEmpty())
         werfen(fehlernummer::TabelleNichtGefunden, tabelle);
-    b.schluessel = schluessel.values();
-    return b;
+    return alle.cbegin().value();
+}
+
+QHash<QString, Tabellenbeschreibung> PostgresDatabase::alleBeschreiben()
+{
+    auto c = query(SqlBeschreibung + QStringLiteral("ORDER BY c.relname, a.attnum"));
+    return beschreibungenLesen(*c);
 }
 
 } // namespace platform::storage

@@ -39,6 +39,7 @@ public:
 
     bool hasTable(const QString &tabelle) override;
     Tabellenbeschreibung beschreiben(const QString &tabelle) override;
+    QHash<QString, Tabellenbeschreibung> alleBeschreiben() override;
 
     qint64 roundTrips() const override { return m_roundTrips; }
 

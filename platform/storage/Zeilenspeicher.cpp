@@ -146,7 +146,8 @@ QString asciiKlein(const QString &name)
 }
 
 Zeilenspeicher::Zeilenspeicher(qint64 ersteId)
-    : m_naechsteId(ersteId)
+    : m_ersteId(ersteId)
+    , m_naechsteId(ersteId)
 { }
 
 void Zeilenspeicher::spaltenFestlegen(const QStringList &namen)
@@ -409,7 +410,7 @@ void Zeilenspeicher::entfernen(int zeile)
 
 namespace {
 
-constexpr qint64 Entfernt = -1;
+constexpr quint32 Entfernt = 0xffffffff;
 
 size_t streuwert(QByteArrayView text)
 {
@@ -427,15 +428,15 @@ bool Zeilenspeicher::indexEintragen(Textindex &index, int spalte, int zeile)
         return false;
     // At most half the places taken, so that the chains stay short.
     if ((index.belegt + 1) * 2 > index.plaetze.size()) {
-        std::vector<qint64> alt = std::move(index.plaetze);
+        std::vector<quint32> alt = std::move(index.plaetze);
         size_t groesse = 1024;
-        while (groesse < size_t(anzahl()) * 4)
+        while (groesse < size_t(anzahl()) * 2 + 1024)
             groesse *= 2;
         index.plaetze.assign(groesse, 0);
         index.belegt = 0;
-        for (qint64 id : alt) {
-            if (id > 0) {
-                const int z = finden(id);
+        for (quint32 platz : alt) {
+            if (platz != 0 && platz != Entfernt) {
+                const int z = finden(m_ersteId + platz - 1);
                 if (z >= 0 && z != zeile)
                     indexEintragen(index, spalte, z);
             }
@@ -444,7 +445,7 @@ bool Zeilenspeicher::indexEintragen(Textindex &index, int spalte, int zeile)
     const size_t maske = index.plaetze.size() - 1;
     for (size_t i = streuwert(w.text) & maske;; i = (i + 1) & maske) {
         if (index.plaetze[i] == 0) {
-            index.plaetze[i] = id(zeile);
+            index.plaetze[i] = quint32(id(zeile) - m_ersteId + 1);
             ++index.belegt;
             return true;
         }
@@ -457,7 +458,7 @@ void Zeilenspeicher::indexAustragen(Textindex &index, int spalte, int zeile)
     if (w.art != Wertart::Text && w.art != Wertart::Datum)
         return;
     const size_t maske = index.plaetze.size() - 1;
-    const qint64 gesucht = id(zeile);
+    const quint32 gesucht = quint32(id(zeile) - m_ersteId + 1);
     for (size_t i = streuwert(w.text) & maske; index.plaetze[i] != 0; i = (i + 1) & maske) {
         if (index.plaetze[i] == gesucht) {
             index.plaetze[i] = Entfernt;
@@ -498,10 +499,10 @@ int Zeilenspeicher::textSuchen(int spalte, QByteArrayView text, int ab)
     int erste = -1;
     const size_t maske = index.plaetze.size() - 1;
     for (size_t i = streuwert(text) & maske; index.plaetze[i] != 0; i = (i + 1) & maske) {
-        const qint64 kandidat = index.plaetze[i];
+        const quint32 kandidat = index.plaetze[i];
         if (kandidat == Entfernt)
             continue;
-        const int z = finden(kandidat);
+        const int z = finden(m_ersteId + kandidat - 1);
         if (z < ab || (erste >= 0 && z >= erste))
             continue;
         if (feld(z, spalte).text == text)

@@ -140,10 +140,11 @@ private:
         quint32 offset;
     };
 
-    // Row ids by the hash of one text column's value, open addressing (0 free, -1 removed).
+    // Rows by the hash of one text column's value, open addressing: a place holds the row's id
+    // counted from the store's first (1 on), 0 when free, Entfernt when its row left.
     struct Textindex
     {
-        std::vector<qint64> plaetze;
+        std::vector<quint32> plaetze;
         size_t belegt = 0; // ids and removed marks
     };
 
@@ -159,6 +160,7 @@ private:
     Arena m_daten;
     std::vector<Zeile> m_zeilen;
     QHash<int, Textindex> m_indizes;
+    qint64 m_ersteId;
     qint64 m_naechsteId;
     quint64 m_stand = 0;
 };
