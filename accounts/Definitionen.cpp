@@ -18,6 +18,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QSignalBlocker>
@@ -178,28 +179,28 @@ void frmKontenStamm::definitionenVerbinden()
         kombi->installEventFilter(sperre);
         kombi->view()->installEventFilter(sperre);
         m_fokus->setGotFocus(kombi, [this, kombi] { m_letzteKombi = kombi; });
-        m_fokus->setLostFocus(kombi, [this, kombi] {
-            auto &u = *m_ui;
-            if (kombi == u.cmbKontoZusatzdatenJN
-                && m_fokus->empfaengerName() != u.cmdKontoLöschen->objectName()) {
-                KontoZusatzDatenJNPrüfen();
-            }
-            Texteinsetzen(kombi);
-        });
+        m_fokus->setLostFocus(kombi, [this, kombi] { Texteinsetzen(kombi); });
     }
+    // Checked as the combo is left (not towards the delete button), so that a wrong flag can
+    // stop every way out, also those that do not move the focus.
+    m_fokus->setValidate(u.cmbKontoZusatzdatenJN, [this](bool &cancel) {
+        if (m_fokus->ActiveControl() == m_ui->cmdKontoLöschen)
+            return;
+        KontoZusatzDatenJNPrüfen();
+        cancel = mks::PruefungFehlgeschlagen;
+    });
     // The settlement position's text may be shorter than its list item: it shows free text.
     u.cmbAbrPos2->setEditable(true);
     u.cmbAbrPos2->lineEdit()->setReadOnly(true);
     u.cmbKontoTypus->setPlaceholderText(QString());
 
-    // A changed type is checked when the user leaves the type combo or its field.
-    m_fokus->setGotFocus(u.cmbKontoTypus, [this] {
-        m_letzteKombi = m_ui->cmbKontoTypus;
-        kontoTypus_GotFocus();
-    });
-    m_fokus->setLostFocus(u.cmbKontoTypus, [this] { kontoTypus_LostFocus(); });
-    m_fokus->setGotFocus(u.inpKontoTypus, [this] { kontoTypus_GotFocus(); });
-    m_fokus->setLostFocus(u.inpKontoTypus, [this] { kontoTypus_LostFocus(); });
+    // A changed type is checked when the user leaves the type combo or its field; every way of
+    // leaving the record checks it as well (KKData_Validate).
+    for (QWidget *w :
+         {static_cast<QWidget *>(u.cmbKontoTypus), static_cast<QWidget *>(u.inpKontoTypus)}) {
+        m_fokus->setValidate(w, [this](bool &) { kontoTypus_Validate(); });
+        m_fokus->setLostFocus(w, [this] { Texteinsetzen(m_ui->cmbKontoTypus); });
+    }
 
     for (QWidget *feld : {static_cast<QWidget *>(u.inpKontoUstKtoNr),
                           static_cast<QWidget *>(u.inpKontoSbkGuvKontoNr),
@@ -232,23 +233,28 @@ void frmKontenStamm::flagFeld_Validate(QWidget *w, bool &Cancel)
 {
     if (m_fokus->empfaengerName() == m_ui->cmdKontoListe->objectName())
         return;
-    auto *feld = static_cast<QLineEdit *>(w);
+    if (!flagFeldPrüfen(static_cast<QLineEdit *>(w)))
+        Cancel = true;
+}
+
+bool frmKontenStamm::flagFeldPrüfen(QLineEdit *feld)
+{
     const FlagFeld *f = nullptr;
     for (const FlagFeld &kandidat : FlagFelder) {
         if (feld->objectName() == QLatin1String(kandidat.feld))
             f = &kandidat;
     }
     if (!f)
-        return;
+        return true;
     const QString text = feld->text();
     if (text.size() == 1 && f->erlaubt.contains(text.at(0).toUpper()) && text != text.toUpper()) {
         feld->setText(text.toUpper());
     }
     const QString wert = feld->text();
     if (wert.isEmpty() || (wert.size() == 1 && f->erlaubt.contains(wert.at(0))))
-        return;
+        return true;
     MsgBox(QString::fromUtf8(f->meldung), platform::vbOKOnly, TitelEingabefehler);
-    Cancel = true;
+    return false;
 }
 
 void frmKontenStamm::chckPVAZusatz_Click()
@@ -263,28 +269,15 @@ void frmKontenStamm::chckPVAZusatz_Click()
     });
 }
 
-void frmKontenStamm::kontoTypus_GotFocus()
-{
-    bool ok = false;
-    const int typ = m_ui->inpKontoTypus->text().trimmed().toInt(&ok);
-    m_typBeimEintritt = ok ? typ : 0;
-}
-
-void frmKontenStamm::kontoTypus_LostFocus()
+void frmKontenStamm::kontoTypus_Validate()
 {
     auto &u = *m_ui;
-    // Moving between the combo and its field is no change yet.
-    const QString ziel = m_fokus->empfaengerName();
-    const bool paar
-        = ziel == u.cmbKontoTypus->objectName() || ziel == u.inpKontoTypus->objectName();
-    bool ok = false;
-    const int typ = u.inpKontoTypus->text().trimmed().toInt(&ok);
-    if (!paar && aktuelleZeile() && !m_fuellt && (!ok || typ != m_typBeimEintritt)) {
-        KontoTypusPrüfen(m_typBeimEintritt);
-        if (mks::PruefungFehlgeschlagen)
-            u.inpKontoTypus->setText(QString::number(m_typBeimEintritt));
-    }
-    Texteinsetzen(u.cmbKontoTypus);
+    // Moving between the combo and its field is no change yet; a record about to be deleted
+    // needs no type.
+    QWidget *ziel = m_fokus->ActiveControl();
+    if (ziel == u.cmbKontoTypus || ziel == u.inpKontoTypus || ziel == u.cmdKontoLöschen)
+        return;
+    TypwechselPrüfen();
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -315,9 +308,61 @@ void frmKontenStamm::TabStrip1_BeforeClick(bool &Cancel)
         u.inpKontoNr->setFocus();
         return;
     }
-    Fehlerprüfungen_0();
+    Eingabeprüfungen();
+    if (!mks::PruefungFehlgeschlagen)
+        Fehlerprüfungen_0();
     if (mks::PruefungFehlgeschlagen)
         Cancel = true;
+}
+
+bool frmKontenStamm::registerVorWechsel(QEvent *ev)
+{
+    auto *tabs = m_ui->TabStrip1;
+    int ziel = -1;
+    switch (ev->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick: {
+        const auto *m = static_cast<QMouseEvent *>(ev);
+        if (m->button() != Qt::LeftButton)
+            return false;
+        ziel = tabs->tabAt(m->position().toPoint());
+        break;
+    }
+    case QEvent::MouseButtonRelease:
+        if (!m_registerLoslassenSchlucken)
+            return false;
+        m_registerLoslassenSchlucken = false;
+        return true;
+    case QEvent::KeyPress: {
+        // The tab bar itself moves one page with the arrow keys.
+        const int taste = static_cast<QKeyEvent *>(ev)->key();
+        if (taste != Qt::Key_Left && taste != Qt::Key_Right)
+            return false;
+        const bool zurueck = (taste == Qt::Key_Left) != tabs->isRightToLeft();
+        ziel = tabs->currentIndex() + (zurueck ? -1 : 1);
+        if (ziel >= tabs->count())
+            ziel = -1;
+        break;
+    }
+    case QEvent::Wheel:
+        // Pages change by a click or a key, never while scrolling over the headers.
+        return true;
+    default:
+        return false;
+    }
+    if (ziel < 0 || ziel == tabs->currentIndex())
+        return false;
+    // The field being edited is left first, then the page: a refused change shows nothing of
+    // the other page.
+    bool cancel = !m_fokus->verlassen(tabs);
+    if (!cancel)
+        TabStrip1_BeforeClick(cancel);
+    if (cancel) {
+        m_registerLoslassenSchlucken = ev->type() != QEvent::KeyPress;
+        return true;
+    }
+    m_freigegebeneSeite = ziel + 1;
+    return false;
 }
 
 void frmKontenStamm::TabStrip1_Click()
@@ -325,6 +370,15 @@ void frmKontenStamm::TabStrip1_Click()
     const int neu = m_ui->TabStrip1->currentIndex() + 1;
     if (m_seiteIntern || neu < 1)
         return;
+    const bool freigegeben = neu == m_freigegebeneSeite;
+    m_freigegebeneSeite = 0;
+    if (freigegeben) {
+        m_seite = neu;
+        seiteEinrichten();
+        return;
+    }
+    // A change that did not pass the guard before (none of the user's ways does): checked now,
+    // and taken back when refused.
     const int alt = m_seite;
     bool cancel = false;
     TabStrip1_BeforeClick(cancel);

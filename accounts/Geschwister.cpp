@@ -201,6 +201,6 @@ void frmKontenStamm::cmdÖNORMPosStammAufruf_Click()
 
 void frmKontenStamm::cmdAbrPosStammAufruf_Click()
 {
-    geschwisterAufruf(PositionenProgId, "BkBlockStamm", nullptr, texte::OrtAbrPosStamm);
+    geschwisterAufruf(PositionenProgId, "AbrPosStamm", nullptr, texte::OrtAbrPosStamm);
     positionslistenNeu();
 }

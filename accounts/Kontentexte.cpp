@@ -107,4 +107,11 @@ QString nichtLoeschbar(const QString &nr, int jahr, int saldensaetze)
         + QStringLiteral(" SaldenSätze gefunden");
 }
 
+QString nichtGeloeschtOhneSalden(const QString &nr)
+{
+    return QStringLiteral("Kontenstammsatz mit der Konto-Nr: ") + nr
+        + QStringLiteral(" wurde nicht gelöscht, da die Saldensätze zu diesem Konto nicht "
+                         "gelesen werden konnten.");
+}
+
 } // namespace kontentexte

@@ -104,6 +104,14 @@ inline const QString VerrechnungskontoNichtLoeschbar
 inline const QString LoeschenFrage = QStringLiteral("Kontenstammsatz löschen ?");
 inline const QString TitelNichtLoeschbar = QStringLiteral("Löschung nicht möglich");
 QString nichtLoeschbar(const QString &nr, int jahr, int saldensaetze);
+// The balance rows could not be read: the account is kept.
+QString nichtGeloeschtOhneSalden(const QString &nr);
+
+// --- the account type ---
+// The balance rows could not be read: the type change is not allowed.
+inline const QString TypNichtGeaendert
+    = QStringLiteral("Die Buchungen zu diesem Konto konnten nicht gelesen werden.\r\n"
+                     "Der KontoTypus bleibt unverändert.");
 
 // --- allocation key 0 ---
 inline const QString SchluesselKeineDefinition = QStringLiteral("keine Definition");
@@ -123,6 +131,7 @@ inline const QString OrtSchl0Anlegen = QStringLiteral("zelKontenStamm, in Schl0A
 inline const QString OrtValidate = QStringLiteral("zelKontenStamm, in KK_Data_Validate");
 inline const QString OrtFehlerpruefungen = QStringLiteral("zelKontenStamm, in Fehlerprüfungen_0");
 inline const QString OrtUstQuer = QStringLiteral("zelKontenStamm, in UstKontoQuerPrüfen");
+inline const QString OrtEingabepruefungen = QStringLiteral("zelKontenStamm, in Eingabeprüfungen");
 inline const QString OrtKontoNrCheck = QStringLiteral("zelKontenStamm, in KontoNrCheck");
 inline const QString OrtTypus = QStringLiteral("zelKontenStamm, in KontoTypus prüfen");
 inline const QString OrtSsCheckSelect = QStringLiteral("zelKontenStamm, in SsCheckSelect");

@@ -16,17 +16,20 @@ using platform::MsgBox;
 namespace mks = mdlKontenStamm;
 namespace texte = kontentexte;
 
-void frmKontenStamm::KKChkSelect()
+bool frmKontenStamm::KKChkSelect()
 {
-    platform::Falle(texte::OrtKKChkSelect, [this] {
+    bool gelesen = false;
+    platform::Falle(texte::OrtKKChkSelect, [&] {
         mks::KontoGefunden = false;
         auto &chk = *m_ui->KKChkData;
         chk.setRecordSource(texte::SqlKontoLesen, {mks::Buchungsjahr, texte::rtrim(mks::LeseNr)});
-        if (!chk.Refresh())
+        if (!chk.RefreshOderFehler())
             return;
+        gelesen = true;
         if (chk.rs().RecordCount() > 0)
             mks::KontoGefunden = true;
     });
+    return gelesen;
 }
 
 void frmKontenStamm::KontoDirektLesen()
@@ -41,7 +44,13 @@ void frmKontenStamm::KontoDirektLesen()
             return;
         }
         mks::LeseNr = mks::festeLaenge6(nr);
-        KKChkSelect();
+        if (!KKChkSelect()) {
+            // Not knowing whether the account exists, nothing is read and nothing offered.
+            aktuelleNrZurueck();
+            u.inpKontoNr->setFocus();
+            mks::ImNummernfeldBleiben = true;
+            return;
+        }
         if (mks::KontoGefunden) {
             u.KKData->rs().FindFirst({{QStringLiteral("KontoNr"), texte::rtrim(nr)}});
             return;
@@ -93,17 +102,41 @@ void frmKontenStamm::inpKontoNr_GotFocus()
     mks::BezeichnungFokusAusstehend = false;
 }
 
+bool frmKontenStamm::nummerBleibtUngelesen() const
+{
+    // The list and the opening take the typed number themselves; closing, help, a page header
+    // (which has its own guard for a typed number) and a record move stay reachable.
+    const auto &u = *m_ui;
+    QWidget *ziel = m_fokus->ActiveControl();
+    return ziel
+        && (ziel == u.cmdKontoListe || ziel == u.cmdKontoNeueröff || ziel == u.cmdExit
+            || ziel == u.cmdHilfe || ziel == u.TabStrip1 || ziel == u.KKData
+            || u.KKData->isAncestorOf(ziel));
+}
+
 void frmKontenStamm::inpKontoNr_Validate(bool &Cancel)
 {
     mks::ImNummernfeldBleiben = false;
+    if (nummerBleibtUngelesen())
+        return;
     if (!hatZeilen()) {
         m_ui->inpKontoNr->setFocus();
         return;
     }
-    if (m_ui->inpKontoNr->text().trimmed() == aktuelleNr())
+    const QString nr = m_ui->inpKontoNr->text().trimmed();
+    if (nr == aktuelleNr())
         return;
-    if (!mks::PruefungFehlgeschlagen)
-        KontoDirektLesen();
+    // The form of a typed number is checked before it is looked up ("1" is no account 0001);
+    // blanks only are refused by the read itself.
+    if (!nr.isEmpty()) {
+        KontoNrFormPrüfen();
+        if (mks::PruefungFehlgeschlagen) {
+            mks::ImNummernfeldBleiben = true;
+            Cancel = true;
+            return;
+        }
+    }
+    KontoDirektLesen();
     if (mks::ImNummernfeldBleiben)
         Cancel = true;
 }

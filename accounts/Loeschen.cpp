@@ -30,9 +30,15 @@ void frmKontenStamm::cmdKontoLöschen_Click()
             return;
         if (!hatZeilen())
             return;
-        SsCheckSelect(nr);
+        // An account whose balance rows cannot be read is never deleted.
+        if (!SsCheckSelect(nr)) {
+            MsgBox(texte::nichtGeloeschtOhneSalden(nr), platform::vbOKOnly,
+                   texte::TitelNichtLoeschbar);
+            u.inpKontoNr->setFocus();
+            return;
+        }
         const auto *ss = u.SSData->recordsetDirekt();
-        if (ss && ss->RecordCount() > 0) {
+        if (ss->RecordCount() > 0) {
             MsgBox(texte::nichtLoeschbar(nr, mks::Buchungsjahr, ss->RecordCount()),
                    platform::vbOKOnly, texte::TitelNichtLoeschbar);
             mks::LoeschungLaeuft = false;

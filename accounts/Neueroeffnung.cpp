@@ -28,10 +28,14 @@ void frmKontenStamm::cmdKontoNeueröff_Click()
         auto &u = *m_ui;
         mks::NeueroeffnungsNr = mks::festeLaenge6(u.inpKontoNr->text());
         aktuelleNrZurueck();
-        // Re-setting the bookmark leaves the record through KKData_Validate: edits are checked
-        // and written before the opening starts, or the checks keep the user on the record.
-        if (aktuelleZeile())
+        // Pending edits of the record shown are dropped; re-setting the bookmark then leaves
+        // the record as stored through KKData_Validate.
+        if (aktuelleZeile()) {
+            u.KKData->UpdateControls();
+            m_korrigiert = false;
+            m_typAngenommen = u.inpKontoTypus->text().trimmed();
             u.KKData->rs().setBookmark(u.KKData->rs().bookmark());
+        }
         if (mks::PruefungFehlgeschlagen)
             return;
         if (hatZeilen() && texte::rtrim(mks::NeueroeffnungsNr) == aktuelleNr())
@@ -91,19 +95,23 @@ void frmKontenStamm::Neueröffnung()
         m_ustLabelFlag = true;
         u.lblKontoBezeichnung->clear();
 
-        const QString nr = texte::rtrim(mks::NeueKontoNr);
+        // An empty year always gets the internal clearing account, whatever number the last
+        // number dialog left behind.
+        const QString nr = mks::VerrechnungskontoWirdEroeffnet ? texte::Verrechnungskonto
+                                                               : texte::rtrim(mks::NeueKontoNr);
+        const QString nr6 = mks::festeLaenge6(nr);
         auto &chk = *u.KKChkData;
         if (!chk.recordsetDirekt()) {
             // Nothing has been read yet: a selection that adds into the same table.
             chk.setRecordSource(texte::SqlKontoLesen, {mks::Buchungsjahr, nr});
-            if (!chk.Refresh())
+            if (!chk.RefreshOderFehler())
                 return;
         }
         auto &rs = *chk.recordsetDirekt();
         rs.AddNew();
         if (mks::PruefungFehlgeschlagen) {
             rs.CancelUpdate();
-            MsgBox(texte::addNewFehlgeschlagen(mks::NeueKontoNr));
+            MsgBox(texte::addNewFehlgeschlagen(nr6));
             flaggenLoeschen();
             return;
         }
@@ -135,7 +143,7 @@ void frmKontenStamm::Neueröffnung()
         const bool gefunden = kk.rs().FindFirst({{QStringLiteral("KontoNr"), nr}});
         m_unterdrueckung1 = false;
         if (!gefunden) {
-            MsgBox(texte::nachNeueroeffnungNichtGefunden(mks::NeueKontoNr));
+            MsgBox(texte::nachNeueroeffnungNichtGefunden(nr6));
             return;
         }
         u.inpKontoNr->setText(nr);
@@ -161,12 +169,15 @@ void frmKontenStamm::KontendatenÜbernehmenCheck()
         auto &rs = m_ui->KKData->rs();
         auto &quelle = m_ui->KKChkData->rs();
         rs.Edit();
+        // A field that cannot be copied (an older database lacks it) is reported; the copy
+        // goes on with the next one.
+        platform::WeiterBeiFehler feldweise(texte::OrtUebernehmen);
+        for (const QString &feld : texte::UebernahmeFelder)
+            feldweise([&] { rs.setFeld(feld, quelle.feld(feld)); });
         try {
-            for (const QString &feld : texte::UebernahmeFelder)
-                rs.setFeld(feld, quelle.feld(feld));
             rs.Update();
         } catch (...) {
-            // A failed copy writes nothing: the new account keeps its initial values.
+            // A failed save writes nothing: the new account keeps its initial values.
             rs.CancelUpdate();
             throw;
         }

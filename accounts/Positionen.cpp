@@ -89,7 +89,8 @@ void frmKontenStamm::BilanzPosSelect()
         bp.setRecordSource(SqlBilanzPos,
                            {seite, u.lblBilPosABC->text(), u.lblBilPosRöm->text(),
                             u.lblBilPosArab->text(), u.lblBilPosABCklein->text()});
-        if (!bp.Refresh())
+        u.lblBilPosText->clear();
+        if (!bp.RefreshOderFehler())
             return;
         u.lblBilPosText->setText(bp.rs().RecordCount() > 0
                                      ? bp.rs().feld(QStringLiteral("BilPosText")).toString()
@@ -97,20 +98,24 @@ void frmKontenStamm::BilanzPosSelect()
     });
 }
 
-void frmKontenStamm::Zl7BilanzPosSelect()
+bool frmKontenStamm::Zl7BilanzPosSelect()
 {
-    platform::Falle(texte::OrtZl7BilanzPosSelect, [this] {
+    bool gelesen = false;
+    platform::Falle(texte::OrtZl7BilanzPosSelect, [&] {
         auto &u = *m_ui;
         auto &zl7 = *u.Zl7BilPosData;
         zl7.setRecordSource(SqlZl7,
                             {zahl(u.inpBilZl7Pos1->text()), zahl(u.inpBilZl7Pos2->text()),
                              zahl(u.inpBilZl7Pos3->text())});
-        if (!zl7.Refresh())
+        u.lblBilZl7PosText->clear();
+        if (!zl7.RefreshOderFehler())
             return;
+        gelesen = true;
         u.lblBilZl7PosText->setText(zl7.rs().RecordCount() > 0
                                         ? zl7.rs().feld(QStringLiteral("BilZl7PosText")).toString()
                                         : regeln::Unbekannt);
     });
+    return gelesen;
 }
 
 void frmKontenStamm::BkPOS2DataSelect()
@@ -172,7 +177,7 @@ void frmKontenStamm::BkBlockPosSelect()
         bl.setRecordSource(SqlBkBloecke);
         const QSignalBlocker still(u.cmbBkBlockPos);
         u.cmbBkBlockPos->clear();
-        if (!bl.Refresh())
+        if (!bl.RefreshOderFehler())
             return;
         u.cmbBkBlockPos->addItem(regeln::KeineDefinition, qint64(0));
         jedeZeile(bl, [&](const platform::storage::Recordset &z) {

@@ -175,7 +175,11 @@ void frmKontenStamm::Zl7PositionPrüfen()
     m_abgelehnteNr.clear();
     if (!regeln::zl7Zugeordnet(definitionAmSchirm()))
         return;
-    Zl7BilanzPosSelect();
+    // A position that could not be looked up is not taken as valid; the report said why.
+    if (!Zl7BilanzPosSelect()) {
+        mks::PruefungFehlgeschlagen = true;
+        return;
+    }
     const auto *rs = m_ui->Zl7BilPosData->recordsetDirekt();
     if (rs && rs->RecordCount() > 0)
         return;
@@ -192,6 +196,47 @@ void frmKontenStamm::KontoZusatzDatenJNPrüfen()
     MsgBox(regeln::pruefungstexte::ZusatzDatenJNFalsch);
     mks::PruefungFehlgeschlagen = true;
     m_ui->cmbKontoZusatzdatenJN->setFocus();
+}
+
+void frmKontenStamm::Eingabeprüfungen()
+{
+    platform::Falle(texte::OrtEingabepruefungen, [this] {
+        mks::PruefungFehlgeschlagen = false;
+        if (mks::LoeschungLaeuft || m_unterdrueckung2 || m_pruefungenAus || !aktuelleZeile())
+            return;
+        auto &u = *m_ui;
+        for (QLineEdit *feld : {u.inpZLSperre, u.inpVerdichtKZ}) {
+            if (flagFeldPrüfen(feld))
+                continue;
+            mks::PruefungFehlgeschlagen = true;
+            seiteZeigen(1);
+            feld->setFocus();
+            return;
+        }
+        if (regeln::zusatzDatenJNFalsch(definitionAmSchirm())) {
+            seiteZeigen(1);
+            KontoZusatzDatenJNPrüfen();
+        }
+    });
+}
+
+void frmKontenStamm::TypwechselPrüfen()
+{
+    auto &u = *m_ui;
+    const QString typ = u.inpKontoTypus->text().trimmed();
+    if (!aktuelleZeile() || m_fuellt || typ == m_typAngenommen)
+        return;
+    bool ok = false;
+    const int alt = m_typAngenommen.toInt(&ok);
+    KontoTypusPrüfen(ok ? alt : 0);
+    if (mks::PruefungFehlgeschlagen) {
+        // Refused: the type accepted before comes back, and the user goes on from there.
+        u.inpKontoTypus->setText(m_typAngenommen);
+        mks::PruefungFehlgeschlagen = false;
+    } else {
+        m_typAngenommen = u.inpKontoTypus->text().trimmed();
+    }
+    Texteinsetzen(u.cmbKontoTypus);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -258,13 +303,15 @@ void frmKontenStamm::referenzFeld_Validate(QWidget *w, bool &Cancel)
 // ---------------------------------------------------------------------------------------------
 // Account type
 
-void frmKontenStamm::SsCheckSelect(const QString &nr)
+bool frmKontenStamm::SsCheckSelect(const QString &nr)
 {
+    bool gelesen = false;
     platform::Falle(texte::OrtSsCheckSelect, [&] {
         auto &ss = *m_ui->SSData;
         ss.setRecordSource(SqlSalden, {mks::Buchungsjahr, regeln::rtrim(nr)});
-        ss.Refresh();
+        gelesen = ss.RefreshOderFehler();
     });
+    return gelesen;
 }
 
 void frmKontenStamm::KontoTypusPrüfen(int alterTyp)
@@ -293,7 +340,12 @@ void frmKontenStamm::KontoTypusPrüfen(int alterTyp)
             typ = regeln::Kanzleikonto;
             u.inpKontoTypus->setText(QString::number(typ));
         }
-        SsCheckSelect(aktuelleNr());
+        // Without knowing the postings the change cannot be allowed.
+        if (!SsCheckSelect(aktuelleNr())) {
+            MsgBox(texte::TypNichtGeaendert);
+            mks::PruefungFehlgeschlagen = true;
+            return;
+        }
         const auto *rs = u.SSData->recordsetDirekt();
         const bool zeilen = rs && rs->RecordCount() > 0;
         const int buNr = zeilen ? u.SSData->rs().feld(QStringLiteral("SSBuNr")).toInt() : 0;

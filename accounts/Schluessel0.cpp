@@ -15,7 +15,8 @@ void frmKontenStamm::AslSelect()
     platform::Falle(texte::OrtAslSelect, [this] {
         auto &asl = *m_ui->ASLData;
         asl.setRecordSource(texte::SqlSchluessel);
-        if (!asl.Refresh())
+        // Without the keys read, key 0 is not added on a guess.
+        if (!asl.RefreshOderFehler())
             return;
         if (asl.rs().RecordCount() == 0) {
             Schl0Anlegen();

@@ -20,7 +20,12 @@ void frmKontenStamm::KKData_Validate(int &Action, bool &Save)
         // An opening is under way: it writes its record itself, unchecked.
         if (m_ustLabelFlag || m_unterdrueckung1)
             return;
-        Fehlerprüfungen_0();
+        // A changed type is asked about on every way out of the record; then the entries and
+        // the record checks.
+        TypwechselPrüfen();
+        Eingabeprüfungen();
+        if (!mks::PruefungFehlgeschlagen)
+            Fehlerprüfungen_0();
         if (mks::PruefungFehlgeschlagen) {
             Action = platform::vbDataActionCancel;
             return;

@@ -3,6 +3,7 @@
 #include "accounts/Kontentexte.h"
 #include "accounts/frmKontenStamm.h"
 #include "frame/FormSkalieren.h"
+#include "frame/Onlinehilfe.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/ui/DataControl.h"
 #include "platform/ui/MsgBox.h"
@@ -28,6 +29,7 @@ frmKoBeginn::frmKoBeginn(frmKontenStamm *screen)
             &frmKoBeginn::cmdAuswÜbernehmen_Click);
     connect(m_ui->cmdAbbrechen, &QPushButton::clicked, this, &frmKoBeginn::cmdAbbrechen_Click);
     connect(m_ui->cmdKontoListe, &QPushButton::clicked, this, &frmKoBeginn::cmdKontoListe_Click);
+    new frame::F1Hilfe(this);
     Form_Load();
 }
 
@@ -52,13 +54,18 @@ void frmKoBeginn::Form_Load()
 
 void frmKoBeginn::cmdAuswÜbernehmen_Click()
 {
-    const QString nr = m_ui->inpÜbKontoNr->text().trimmed();
-    if (!nr.isEmpty()) {
+    const QString eingabe = m_ui->inpÜbKontoNr->text();
+    const QString nr = eingabe.trimmed();
+    // Only an input left empty copies nothing; blanks are a number that does not exist.
+    if (!eingabe.isEmpty()) {
         mks::LeseNr = mks::festeLaenge6(nr);
-        m_screen->KKChkSelect();
-        if (!mks::KontoGefunden) {
+        // A look-up that could not run has been reported; the dialog stays open.
+        const bool gelesen = m_screen->KKChkSelect();
+        if (gelesen && !mks::KontoGefunden) {
             MsgBox(texte::uebernahmeNichtExistent(nr), platform::vbOKOnly,
                    texte::TitelUebernahmeNichtExistent);
+        }
+        if (!gelesen || !mks::KontoGefunden) {
             m_ui->inpÜbKontoNr->setFocus();
             return;
         }

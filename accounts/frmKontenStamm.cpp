@@ -113,12 +113,9 @@ void frmKontenStamm::verbinden()
     m_fokus->setLostFocus(u.inpKontoNr, [this] { inpKontoNr_LostFocus(); });
     m_fokus->setGotFocus(u.inpKontoBezeichnung, [this] { inpKontoBezeichnung_GotFocus(); });
     m_fokus->setLostFocus(u.inpKontoBezeichnung, [this] { inpKontoBezeichnung_LostFocus(); });
-    // The list and opening buttons take the typed number themselves (see the number field's
-    // LostFocus); closing and help must stay reachable while the number field refuses.
-    for (QWidget *w :
-         {static_cast<QWidget *>(u.cmdKontoListe), static_cast<QWidget *>(u.cmdKontoNeueröff),
-          static_cast<QWidget *>(u.cmdExit), static_cast<QWidget *>(u.cmdHilfe)})
-        m_fokus->setCausesValidation(w, false);
+    // Leaving a field towards the account list checks nothing: the user is about to choose
+    // the number from it. Every other control checks the field being left.
+    m_fokus->setCausesValidation(u.cmdKontoListe, false);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -127,7 +124,7 @@ void frmKontenStamm::verbinden()
 void frmKontenStamm::Form_Load()
 {
     auto &u = *m_ui;
-    // Help contexts: F1 opens the help file at the anchor named like the focused control.
+    hilfeEinrichten();
 
     for (platform::DataControl *d : findChildren<platform::DataControl *>())
         d->setDatabaseName(mks::DatenbankPfad);
@@ -222,6 +219,10 @@ void frmKontenStamm::aktuelleNrZurueck()
 
 void frmKontenStamm::KKData_Reposition()
 {
+    // While an account is being opened the screen stays quiet: the rows passed on the way to
+    // the new account are not shown (nor checked, nor corrected).
+    if (m_unterdrueckung2)
+        return;
     platform::Falle(texte::OrtReposition, [this] { anzeigen(); });
 }
 
@@ -241,6 +242,7 @@ void frmKontenStamm::anzeigen()
     u.lblKontoBezeichnung->setText(rs.feld(QStringLiteral("KontoBezeichnung")).toString());
     u.inpKontoNr->setText(texte::rtrim(rs.feld(QStringLiteral("KontoNr")).toString()));
 
+    m_typAngenommen = u.inpKontoTypus->text().trimmed();
     Texteinsetzen(u.cmbKontoTypus);
     Texteinsetzen(u.cmbKontoZusatzdatenJN);
     referenzNamenZeigen();
@@ -283,6 +285,8 @@ void frmKontenStamm::KKData_Error(int DataErr, int &Response)
 
 bool frmKontenStamm::eventFilter(QObject *obj, QEvent *ev)
 {
+    if (obj == m_ui->TabStrip1 && registerVorWechsel(ev))
+        return true;
     if (ev->type() != QEvent::KeyPress)
         return QDialog::eventFilter(obj, ev);
     auto *w = qobject_cast<QWidget *>(obj);
@@ -305,6 +309,10 @@ void frmKontenStamm::Form_KeyDown(int &KeyCode)
         if (!hatZeilen() && KeyCode != TasteEscape)
             return;
         auto &rs = m_ui->KKData->rs();
+        // A record move leaves the field being edited first.
+        if ((KeyCode == TasteBildAuf || KeyCode == TasteBildAb)
+            && !m_fokus->verlassen(m_ui->KKData))
+            return;
         switch (KeyCode) {
         case TasteBildAuf:
             rs.MovePrevious();
@@ -345,10 +353,23 @@ void frmKontenStamm::cmdExit_Click()
 
 void frmKontenStamm::cmdHilfe_Click()
 {
-    // The original sent {F1} to the screen: help for the control that has the focus.
-    QWidget *ziel = focusWidget() ? focusWidget() : this;
-    QKeyEvent f1(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier);
-    QApplication::sendEvent(ziel, &f1);
+    // The original sent {F1} to the screen: help for the control the user is in (a click that
+    // gave the button the focus means the control before it).
+    QWidget *feld = focusWidget();
+    if (feld == m_ui->cmdHilfe && m_feldVorHilfe)
+        feld = m_feldVorHilfe;
+    frame::hilfeZeigen(feld ? feld : this);
+}
+
+void frmKontenStamm::hilfeEinrichten()
+{
+    // The help file of the call, with its notice when it is missing; "?" only with help.
+    mdlFehlerZL::HilfeAufrufChk();
+    m_ui->cmdHilfe->setVisible(mks::HilfeVorhanden);
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget *vorher, QWidget *jetzt) {
+        if (jetzt == m_ui->cmdHilfe && vorher && vorher->window() == this)
+            m_feldVorHilfe = vorher;
+    });
 }
 
 void frmKontenStamm::reject()
@@ -358,15 +379,19 @@ void frmKontenStamm::reject()
 
 void frmKontenStamm::Form_QueryUnload(bool &Cancel)
 {
-    Fehlerprüfungen_0();
+    Eingabeprüfungen();
+    if (!mks::PruefungFehlgeschlagen)
+        Fehlerprüfungen_0();
     if (mks::PruefungFehlgeschlagen)
         Cancel = true;
 }
 
 void frmKontenStamm::closeEvent(QCloseEvent *ev)
 {
-    bool cancel = false;
-    Form_QueryUnload(cancel);
+    // Escape and the window's own close leave the field being edited first.
+    bool cancel = !m_fokus->verlassen(m_ui->KKData);
+    if (!cancel)
+        Form_QueryUnload(cancel);
     // Closing writes the edits of the record shown, through KKData_Validate.
     if (!cancel && !m_ui->KKData->schliessen())
         cancel = true;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QPointer>
 #include <QString>
 #include <QVariant>
 #include <QVariantList>
@@ -50,8 +51,9 @@ public:
 
     // --- reading by number (Kontolesen.cpp) ---
     // Does the account LeseNr exist in the booking year? Result in KontoGefunden; KKChkData
-    // then holds that account. Errors go to the error report.
-    void KKChkSelect();
+    // then holds that account. False when the look-up could not run (reported to the error
+    // report): nothing may then be read, opened or copied on its answer.
+    bool KKChkSelect();
     // Moves KKData to the account typed in inpKontoNr, or handles the missing number.
     void KontoDirektLesen();
     // The form rule of a typed account number; result in the check-failed flag.
@@ -76,14 +78,23 @@ public:
     void UstKontoQuerPrüfen();
     void Zl7PositionPrüfen();
     void KontoZusatzDatenJNPrüfen();
+    // The entries of page 1 that are otherwise checked only when their field is left (the two
+    // flag fields, the additional-data flag); a record is never left or its page changed with
+    // one of them wrong. Result in the check-failed flag, with the page and the focus on the
+    // field.
+    void Eingabeprüfungen();
+    // The type guard when the type shown differs from the one accepted for the record: asks,
+    // and puts the accepted type back when the change is refused.
+    void TypwechselPrüfen();
     // Looks up `nummer` among the year's accounts without moving KKData; returns the text for
     // the name label and sets the check-failed flag (with a message naming `feldname`) when the
     // number is not there. "0000" and "" are no reference.
     QString KontoNrCheck(const QString &nummer, const QString &feldname);
     // The type guard for a change from `alterTyp` to the type in inpKontoTypus.
     void KontoTypusPrüfen(int alterTyp);
-    // Selects the year's balance rows of account `nr` into SSData.
-    void SsCheckSelect(const QString &nr);
+    // Selects the year's balance rows of account `nr` into SSData. False when the look-up
+    // could not run (reported); nothing may then go ahead on its answer.
+    bool SsCheckSelect(const QString &nr);
 
     // --- deleting (Loeschen.cpp) ---
     void cmdKontoLöschen_Click();
@@ -96,7 +107,8 @@ public:
 
     // --- position masters (Positionen.cpp) ---
     void BilanzPosSelect();
-    void Zl7BilanzPosSelect();
+    // False when the look-up could not run (reported).
+    bool Zl7BilanzPosSelect();
     void BkPOS2DataSelect();
     void BkBlockPosSelect();
     void cmbAbrPos2_Texteinsetzen();
@@ -176,6 +188,7 @@ protected:
 
 private:
     void Form_Load();
+    void hilfeEinrichten();
     void verbinden();
     void inpKontoNr_GotFocus();
     void inpKontoNr_Validate(bool &Cancel);
@@ -188,8 +201,14 @@ private:
     void kombisFuellen();
     void referenzFeld_Validate(QWidget *feld, bool &Cancel);
     void flagFeld_Validate(QWidget *feld, bool &Cancel);
-    void kontoTypus_GotFocus();
-    void kontoTypus_LostFocus();
+    // Folds an accepted lower-case letter; false, with the message, for any other entry.
+    bool flagFeldPrüfen(QLineEdit *feld);
+    void kontoTypus_Validate();
+    // The page-change guard before the tab bar acts on a click or key; true swallows the event.
+    bool registerVorWechsel(QEvent *ev);
+    // The typed number stays unread when the focus goes to one of these (see the number
+    // field's Validate).
+    bool nummerBleibtUngelesen() const;
     void chckPVAZusatz_Click();
     // Errors of the settlement position controls (a missing table is said once).
     void positionsFehler(int DataErr, int &Response);
@@ -229,11 +248,18 @@ private:
     std::optional<QString> m_erinnert;
     // The combo that had the focus last: a sibling call puts the focus back there.
     QComboBox *m_letzteKombi = nullptr;
-    // Type code when the type combo or its field got the focus.
-    int m_typBeimEintritt = 0;
+    // The type code (as its field shows it) accepted for the record shown: the stored one, or
+    // one the type guard let through.
+    QString m_typAngenommen;
     // Register page shown (1 to 7).
     int m_seite = 1;
     // Set while the screen switches pages itself: no change guard then.
     bool m_seiteIntern = false;
+    // The page (1 to 7) the guard let the tab bar change to; 0 when none.
+    int m_freigegebeneSeite = 0;
+    // A refused click on a page header: its release is swallowed as well.
+    bool m_registerLoslassenSchlucken = false;
     bool m_abrPosFehlen = false;
+    // The control that had the focus before the "?" button took it.
+    QPointer<QWidget> m_feldVorHilfe;
 };

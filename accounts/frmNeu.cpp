@@ -3,6 +3,7 @@
 #include "accounts/Kontentexte.h"
 #include "accounts/frmKontenStamm.h"
 #include "frame/FormSkalieren.h"
+#include "frame/Onlinehilfe.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/ui/MsgBox.h"
 #include "screens/Bildschirmstil.h"
@@ -24,6 +25,7 @@ frmNeu::frmNeu(frmKontenStamm *screen)
     screens::bildschirmEinrichten(this);
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &frmNeu::cmdOK_Click);
     connect(m_ui->cmdAbbrechen, &QPushButton::clicked, this, &frmNeu::cmdAbbrechen_Click);
+    new frame::F1Hilfe(this);
     Form_Load();
 }
 
@@ -56,7 +58,11 @@ void frmNeu::cmdOK_Click()
     }
     mks::NeueKontoNr = mks::festeLaenge6(nr);
     mks::LeseNr = mks::festeLaenge6(nr);
-    m_screen->KKChkSelect();
+    // Not knowing whether it exists (the look-up has been reported), the number is not taken.
+    if (!m_screen->KKChkSelect()) {
+        feld->setFocus();
+        return;
+    }
     if (mks::KontoGefunden) {
         MsgBox(texte::BereitsExistent);
         feld->setFocus();

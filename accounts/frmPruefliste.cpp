@@ -2,6 +2,7 @@
 
 #include "accounts/Kontentexte.h"
 #include "accounts/regeln/Feldbeschriftungen.h"
+#include "frame/Onlinehilfe.h"
 #include "screens/Bildschirmstil.h"
 
 #include <QDialogButtonBox>
@@ -95,6 +96,20 @@ frmPruefliste::frmPruefliste(std::vector<kontenregeln::Kontobefund> befunde, int
     layout->addWidget(knoepfe);
     resize(820, 420);
     screens::bildschirmEinrichten(this);
+    hilfeEinrichten();
+}
+
+void frmPruefliste::hilfeEinrichten()
+{
+    // F1 on a line explains the field that line names.
+    setObjectName(QStringLiteral("frmPruefliste"));
+    const auto feldDerZeile = [this] {
+        const int zeile = m_liste->indexOfTopLevelItem(m_liste->currentItem());
+        m_liste->setProperty("HelpContextID", zeile < 0 ? QString() : befund(zeile).feld);
+    };
+    connect(m_liste, &QTreeWidget::currentItemChanged, this, feldDerZeile);
+    feldDerZeile();
+    new frame::F1Hilfe(this);
 }
 
 void frmPruefliste::waehlen()

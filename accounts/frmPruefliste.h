@@ -25,6 +25,8 @@ public:
     void waehlen();
 
 private:
+    void hilfeEinrichten();
+
     std::vector<kontenregeln::Kontobefund> m_befunde;
     QTreeWidget *m_liste = nullptr;
     int m_gewaehlt = -1;

@@ -50,6 +50,11 @@ QString befehlszeilenHilfe()
         "      ist; --probelauf prüft nur. Liest UTF-8 und Windows-1252 (\"CSV (Trennzeichen-\n"
         "      getrennt)\" aus Excel)\n"
         "\n"
+        "Für die Verwaltung:\n"
+        "  kontenstamm sql ORT [ANWEISUNG]\n"
+        "      führt SQL-Abfragen auf der Datenbank ORT aus, ohne etwas zu ändern; ohne\n"
+        "      ANWEISUNG werden sie von der Standardeingabe gelesen, je eine bis zum \";\"\n"
+        "\n"
         "Rückgabewert der Jahreswerkzeuge: 0 alles in Ordnung, 1 fehlerhafte Konten oder Zeilen\n"
         "oder ein Buchungsjahr ohne Konten, 2 die Arbeit konnte nicht getan werden.\n");
 }
@@ -60,6 +65,16 @@ namespace {
 bool werkzeugLesen(Aufruf &aufruf, const QStringList &positionen, QString &fehler)
 {
     const QString befehl = positionen.front();
+    if (aufruf.art == Aufruf::Art::Sql) {
+        if (positionen.size() < 2 || positionen.size() > 3) {
+            fehler = QStringLiteral("\"sql\" erwartet den Ort der Datenbank und höchstens eine "
+                                    "Anweisung; mit --help werden die Aufrufe angezeigt.");
+            return false;
+        }
+        aufruf.datenbank = positionen.at(1);
+        aufruf.anweisung = positionen.value(2);
+        return true;
+    }
     const int erwartet = aufruf.art == Aufruf::Art::Pruefen ? 2 : 3;
     if (positionen.size() != erwartet) {
         fehler = QStringLiteral("\"%1\" erwartet %2 Angabe(n); mit --help werden die Aufrufe "
@@ -102,6 +117,7 @@ std::optional<Aufruf> befehlszeileLesen(const QStringList &argumente, QString &f
         {QStringLiteral("pruefen"), Aufruf::Art::Pruefen},
         {QStringLiteral("export"), Aufruf::Art::Export},
         {QStringLiteral("import"), Aufruf::Art::Import},
+        {QStringLiteral("sql"), Aufruf::Art::Sql},
     };
     QStringList positionen;
     // The tool named first decides which of the following options belong to it.

@@ -17,7 +17,8 @@ struct Aufruf
         Jahreswechsel,
         Pruefen,
         Export,
-        Import
+        Import,
+        Sql
     };
 
     Art art = Art::Kontenstamm;
@@ -30,6 +31,8 @@ struct Aufruf
     std::optional<int> nachJahr;
     QString datei;
     bool ohneSchreiben = false;
+    // sql: the statement given on the command line (empty: read them from standard input).
+    QString anweisung;
 };
 
 // Reads the arguments (without the program name). Returns the call, or sets `fehler` to a German

@@ -1,5 +1,7 @@
 // Renders the screens of the component to PNG files without a display, for the README and for
 // checking the layouts by eye: kontenstamm-screenshots ZIELORDNER
+#include "frame/Hilfedokument.h"
+#include "frame/Hilfefenster.h"
 #include "screens/Bildschirmstil.h"
 #include "screens/Bindungen.h"
 #include "ui_frmKoBeginn.h"
@@ -14,6 +16,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
+#include <QLineEdit>
 #include <QTabBar>
 #include <QTextStream>
 #include <functional>
@@ -71,6 +74,23 @@ void kontenstamm()
 }
 #endif
 
+// The help window on the shipped help: at a field's section, and with a search under way.
+void hilfe()
+{
+    const auto dokument = frame::Hilfedokument::laden(QStringLiteral(ZEP_HILFE_QUELLE));
+    if (!dokument) {
+        QTextStream(stderr) << "Die Hilfedatei " << ZEP_HILFE_QUELLE << " fehlt.\n";
+        ++g_fehler;
+        return;
+    }
+    frame::Hilfefenster fenster;
+    fenster.zeigen(dokument, QStringLiteral("inpBkEinnAusgPos"));
+    speichern(&fenster, QStringLiteral("frmHilfe"));
+    fenster.zeigen(dokument, QStringLiteral("inpKontoUstKtoNr"));
+    fenster.suchfeld()->setText(QStringLiteral("UstKontoNummer"));
+    speichern(&fenster, QStringLiteral("frmHilfe-suche"));
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -90,5 +110,6 @@ int main(int argc, char **argv)
     bildschirm<Ui::frmKoBeginn>(QStringLiteral("frmKoBeginn"));
     bildschirm<Ui::frmKreditorenKontenStamm>(QStringLiteral("frmKreditorenKontenStamm"));
     bildschirm<Ui::frmKrNeu>(QStringLiteral("frmKrNeu"));
+    hilfe();
     return g_fehler == 0 ? 0 : 1;
 }

@@ -72,6 +72,8 @@ double ms(const QElapsedTimer &t)
 void sitzung(const Fall &f)
 {
     mks::zuruecksetzen();
+    // The shipped help, as a host hands it over: loading checks it.
+    mks::AufrufInfo[mks::slot::Hilfedatei] = QStringLiteral(ZEP_HILFE_QUELLE);
     mks::DatenbankPfad = f.ort;
     mks::Buchungsjahr = bd::Jahr;
     mks::VerarbeitungsBuchungsjahr = bd::Jahr;

@@ -3,12 +3,18 @@
 // ZEP_TEST_PG_URI names a server, on PostgreSQL. Bare: the engine's cursor read value by value;
 // on PostgreSQL also a plain libpq read (single-row mode, the fastest plain read; the whole
 // result at once in brackets). Targets: Recordset at most 1.2 times the bare loop on the file
-// database; at most 0.5 KB per account at the peak of loading on both engines.
+// database; at most 0.5 KB per account at the peak of loading on both engines. For the file
+// engine it also times opening the file (key derivation and the first read), in the current
+// format and in the old one (compatibility mode: the file is held open meanwhile, so it is not
+// moved), and a bare scan of 5,000 accounts in the old format.
 #include "Benchdaten.h"
+#include "frame/Demodaten.h"
 #include "platform/storage/Recordset.h"
+#include "platform/storage/SqlCipherDatabase.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QTemporaryDir>
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <ctime>
@@ -160,6 +166,14 @@ void libpq(benchmark::State &state, const Fall *f, bool zeilenweise)
     PQfinish(conn);
 }
 
+void dateiOeffnen(benchmark::State &state, const Fall *f, const char *was)
+{
+    messen(state, f, was, [&] {
+        auto db = Database::openSeparate(f->ort);
+        benchmark::DoNotOptimize(db->scalar(QStringLiteral("SELECT COUNT(*) FROM sqlite_master")));
+    });
+}
+
 void speicherMessen(const Fall &f)
 {
     auto db = Database::open(f.ort);
@@ -190,13 +204,24 @@ int main(int argc, char **argv)
     QCoreApplication app(argc, argv);
     benchmark::Initialize(&argc, argv);
     std::vector<Fall> faelle;
+    // The old format: 5,000 demo accounts in a file of its own, held open by a second
+    // connection so that opening it does not move it.
+    QTemporaryDir dir;
+    const Fall alt {Engine::SqlCipher, 5000, dir.filePath(QStringLiteral("alt.db"))};
+    SqlCipherDatabase::Zeiger altHalten;
+    QString version;
     try {
+        altHalten = SqlCipherDatabase::anlegen(alt.ort, DBPasswort, SqlCipherDatabase::Format::Alt);
+        frame::jahrErzeugen(*altHalten, bd::Jahr, alt.konten);
         for (const Engine e : bd::engines()) {
             for (const int n : bd::groessen())
                 faelle.push_back({e, n, bd::datenbank(e, n)});
         }
         for (const Fall &f : faelle)
             speicherMessen(f);
+        version = Database::openSeparate(faelle.front().ort)
+                      ->scalar(QStringLiteral("PRAGMA cipher_version"))
+                      .toString();
     } catch (const std::exception &e) {
         std::fprintf(stderr, "Vorbereitung fehlgeschlagen: %s\n", e.what());
         return 1;
@@ -211,6 +236,10 @@ int main(int argc, char **argv)
                 ->UseManualTime()
                 ->Unit(benchmark::kMillisecond);
         };
+        if (f.engine == Engine::SqlCipher) {
+            anmelden("Datei_oeffnen",
+                     [&f](benchmark::State &s) { dateiOeffnen(s, &f, "oeffnen"); });
+        }
         anmelden("Recordset_laden", [&f](benchmark::State &s) { recordsetLaden(s, &f); });
         anmelden("Cursor_Schleife", [&f](benchmark::State &s) { bareSchleife(s, &f); });
         if (f.engine == Engine::PostgreSql) {
@@ -218,6 +247,21 @@ int main(int argc, char **argv)
             anmelden("libpq_ganz", [&f](benchmark::State &s) { libpq(s, &f, false); });
         }
     }
+    benchmark::RegisterBenchmark("Datei_oeffnen/SQLCipher 3/5000",
+                                 [&alt](benchmark::State &s) { dateiOeffnen(s, &alt, "oeffnen alt"); })
+        ->Iterations(3)
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("Cursor_Schleife/SQLCipher 3/5000",
+                                 [&alt](benchmark::State &s) {
+                                     auto db = Database::open(alt.ort);
+                                     messen(s, &alt, "cursor alt", [&] {
+                                         benchmark::DoNotOptimize(cursorSchleife(*db));
+                                     });
+                                 })
+        ->Iterations(3)
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
 
@@ -252,5 +296,23 @@ int main(int argc, char **argv)
     }
     std::printf("Ziele: Recordset höchstens 1,2 x Cursor (Dateidatenbank); Spitze höchstens 512 "
                 "Bytes je Konto.\n");
+    // Opening and a bare scan in the two file formats.
+    std::printf("\nSQLCipher %s: Datei öffnen (Schlüsselableitung und erstes Lesen), "
+                "Durchlauf (ms real / CPU)\n",
+                qPrintable(version));
+    for (const Fall &f : faelle) {
+        if (f.engine != Engine::SqlCipher)
+            continue;
+        std::printf("  neues Format, %6d Konten   %7.1f / %6.1f %9.1f / %6.1f\n", f.konten,
+                    mittel(f.engine, f.konten, "oeffnen", false),
+                    mittel(f.engine, f.konten, "oeffnen", true),
+                    mittel(f.engine, f.konten, "cursor", false),
+                    mittel(f.engine, f.konten, "cursor", true));
+    }
+    std::printf("  altes Format, %6d Konten   %7.1f / %6.1f %9.1f / %6.1f\n", alt.konten,
+                mittel(alt.engine, alt.konten, "oeffnen alt", false),
+                mittel(alt.engine, alt.konten, "oeffnen alt", true),
+                mittel(alt.engine, alt.konten, "cursor alt", false),
+                mittel(alt.engine, alt.konten, "cursor alt", true));
     return 0;
 }

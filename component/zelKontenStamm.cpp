@@ -47,8 +47,11 @@ void zelKontenStamm::enden() { }
 bool zelKontenStamm::sitzungUebernehmen(QVariantList &Info)
 {
     AufrufInfo = Info;
-    if (vb::gleich(aufrufSlot(AufrufInfo, slot::Zahl2), 98)
-        || vb::gleich(aufrufSlot(AufrufInfo, slot::HostVariante), 2))
+    // Both slots are read before they are combined: an array without index 42 ends the call
+    // with the subscript error also when slot 2 alone would decide.
+    const bool zahl98 = vb::gleich(aufrufSlot(AufrufInfo, slot::Zahl2), 98);
+    const bool variante2 = vb::gleich(aufrufSlot(AufrufInfo, slot::HostVariante), 2);
+    if (zahl98 || variante2)
         Sondereinstieg = true;
 
     DatenbankPfad = vb::CStr(aufrufSlot(AufrufInfo, slot::Datenbank));
@@ -79,6 +82,9 @@ void zelKontenStamm::Kontenstamm_Aufruf(QVariantList &Info)
     platform::Falle(QStringLiteral("zelKontenStamm, in Kontenstamm_Aufruf"), [this] {
         bildschirmLaden();
         m_frmKontenStamm->exec();
+        // Closed by the user: unloaded. Hidden by ausblenden: stays loaded for einblenden.
+        if (m_entladen)
+            delete m_frmKontenStamm.data();
     });
 }
 
@@ -142,6 +148,21 @@ QDialog *zelKontenStamm::bildschirm() const
 
 void zelKontenStamm::bildschirmLaden()
 {
+    bildschirmEntladen();
+    // Loading reads the session just taken over: the call's database and booking year.
+    m_entladen = false;
+    m_frmKontenStamm = new frmKontenStamm();
+    connect(m_frmKontenStamm.data(), &QDialog::finished, this, [this] { m_entladen = true; });
+}
+
+void zelKontenStamm::bildschirmEntladen()
+{
     if (!m_frmKontenStamm)
-        m_frmKontenStamm = new frmKontenStamm();
+        return;
+    // A screen of an earlier call that was only hidden: closing it runs its checks and writes
+    // its edits; while they refuse, the user finishes it before the new year is loaded.
+    m_frmKontenStamm->setVisible(true);
+    while (m_frmKontenStamm && !m_entladen && !m_frmKontenStamm->close())
+        m_frmKontenStamm->exec();
+    delete m_frmKontenStamm.data();
 }

@@ -25,9 +25,11 @@ public:
 
     // Runs the general-ledger account master for the call information in Info (slot 0 database,
     // 7 help file, 9 call kind, 10 booking year, 11 processing year, 42 host variant) and returns
-    // when the screen is closed. Conversion errors of the slots reach the caller as
-    // platform::RuntimeError (9 for a missing slot, 13 for a value that cannot be converted);
-    // errors while the screen runs go to the common error report.
+    // when the screen is closed. Every call loads the screen anew for its own database and year;
+    // closing unloads it, ausblenden only hides it (a later call unloads it first). Conversion
+    // errors of the slots reach the caller as platform::RuntimeError (9 for a missing slot, 13 for
+    // a value that cannot be converted); errors while the screen runs go to the common error
+    // report.
     Q_INVOKABLE void Kontenstamm_Aufruf(QVariantList &Info);
 
     // Retired entry: only tells the user that the creditor master has been replaced.
@@ -58,8 +60,12 @@ signals:
     void frmSchlTabEvent(qint16 SchlTabEventNr);
 
 private:
+    // Loads a new screen for the session's database and year (unloading an earlier one).
     void bildschirmLaden();
+    void bildschirmEntladen();
     bool sitzungUebernehmen(QVariantList &Info);
 
     QPointer<QDialog> m_frmKontenStamm;
+    // The loaded screen was closed (and is to be unloaded).
+    bool m_entladen = false;
 };

@@ -109,6 +109,13 @@ QString nichtLoeschbar(const QString &nrFeldtext)
         + QStringLiteral("Buchungen zu diesem Konto existieren.");
 }
 
+QString nichtGeloeschtOhneBuchungen(const QString &nrFeldtext)
+{
+    return QStringLiteral("KreditorenKonto mit der Konto-Nr: ") + nrFeldtext
+        + QStringLiteral(" wurde nicht gelöscht, da die Buchungen zu diesem Konto nicht "
+                         "gelesen werden konnten.");
+}
+
 QString buchungenGeloescht(qint32 anzahl)
 {
     return QStringLiteral("Löschung beendet.") + CrLf + QStringLiteral("Es wurden ")

@@ -64,6 +64,8 @@ QString neuAngelegt();
 // The correction message for the type the account is corrected to.
 QString typusKorrigiert(int neuerTypus);
 QString nichtLoeschbar(const QString &nrFeldtext);
+// The postings could not be read: the account is kept.
+QString nichtGeloeschtOhneBuchungen(const QString &nrFeldtext);
 QString buchungenGeloescht(qint32 anzahl);
 
 } // namespace creditors::regeln

@@ -4,6 +4,7 @@
 #include "creditors/frmKreditorenKontenStamm.h"
 #include "creditors/mdlKreditoren.h"
 #include "frame/FormSkalieren.h"
+#include "frame/Onlinehilfe.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/ui/MsgBox.h"
 #include "screens/Bildschirmstil.h"
@@ -25,6 +26,7 @@ frmKrNeu::frmKrNeu(frmKreditorenKontenStamm *screen)
     screens::bildschirmEinrichten(this);
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &frmKrNeu::cmdOK_Click);
     connect(m_ui->cmdAbbrechen, &QPushButton::clicked, this, &frmKrNeu::cmdAbbrechen_Click);
+    new frame::F1Hilfe(this);
     Form_Load();
 }
 
@@ -55,7 +57,11 @@ void frmKrNeu::cmdOK_Click()
     }
     KrNeuNrText = mdlKontenStamm::festeLaenge6(wert);
     KrSuchNr = regeln::kontoNr(wert);
-    m_screen->KRChkSelect();
+    // Not knowing whether it exists (the look-up has been reported), the number is not taken.
+    if (!m_screen->KRChkSelect()) {
+        feld->setFocus();
+        return;
+    }
     if (KrGefunden) {
         platform::MsgBox(regeln::TextBereitsExistent);
         feld->setFocus();

@@ -4,6 +4,7 @@
 #include "creditors/frmKrNeu.h"
 #include "creditors/mdlKreditoren.h"
 #include "frame/DatenSteuerungen.h"
+#include "frame/Onlinehilfe.h"
 #include "frame/mdlFehlerZL.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/core/CreateObject.h"
@@ -15,10 +16,11 @@
 #include "platform/ui/Fokus.h"
 #include "platform/ui/MsgBox.h"
 #include "platform/ui/Sanduhr.h"
-#include "screens/Bindungen.h"
 #include "screens/Bildschirmstil.h"
+#include "screens/Bindungen.h"
 #include "ui_frmKreditorenKontenStamm.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -42,6 +44,7 @@ constexpr int TasteEscape = 27;
 const QString OrtChkSelect = QStringLiteral("dllKontenStamm, in KrChkSelect");
 const QString OrtDirektlesen = QStringLiteral("dllKontenStamm, in KrDirektlesen");
 const QString OrtKontoListe = QStringLiteral("dllKontenStamm, in cmdKontoListe_Click");
+const QString OrtBuchungenSelect = QStringLiteral("dllKontenStamm, in KrBuchungenSelect");
 
 // The bundled selection lists and the two operations this screen needs of them: show the
 // creditor list for the call information (database in slot 0, booking year in slot 10), then
@@ -83,6 +86,7 @@ frmKreditorenKontenStamm::frmKreditorenKontenStamm(QWidget *parent)
     m_ui->cmbKontoTypus->lineEdit()->setReadOnly(true);
     verbinden();
     qApp->installEventFilter(this);
+    new frame::F1Hilfe(this);
     Form_Load();
 }
 
@@ -119,6 +123,8 @@ void frmKreditorenKontenStamm::verbinden()
 void frmKreditorenKontenStamm::Form_Load()
 {
     auto &u = *m_ui;
+    // The help file of the call, with its notice when it is missing.
+    mdlFehlerZL::HilfeAufrufChk();
     const QColor hintergrund = palette().color(QPalette::Window);
     for (QWidget *l :
          {static_cast<QWidget *>(u.lblBankltz), static_cast<QWidget *>(u.lblBuchjahrText),
@@ -216,16 +222,20 @@ void frmKreditorenKontenStamm::KrKontenSelect()
         MsgBox(regeln::TextLeer, platform::vbOKOnly, regeln::TitelLeer);
 }
 
-void frmKreditorenKontenStamm::KRChkSelect()
+bool frmKreditorenKontenStamm::KRChkSelect()
 {
-    platform::Falle(OrtChkSelect, [this] {
+    bool gelesen = false;
+    platform::Falle(OrtChkSelect, [&] {
         KrGefunden = false;
         m_ui->KRCHKData->setRecordSource(
             QStringLiteral("SELECT * from KreditorenKontenstamm WHERE KrKontoNr = ?"), {KrSuchNr});
-        m_ui->KRCHKData->Refresh();
+        if (!m_ui->KRCHKData->RefreshOderFehler())
+            return;
+        gelesen = true;
         if (m_ui->KRCHKData->rs().RecordCount() > 0)
             KrGefunden = true;
     });
+    return gelesen;
 }
 
 void frmKreditorenKontenStamm::KrDirektlesen()
@@ -233,7 +243,12 @@ void frmKreditorenKontenStamm::KrDirektlesen()
     platform::Falle(OrtDirektlesen, [this] {
         auto &u = *m_ui;
         KrSuchNr = regeln::kontoNr(u.inpKrKontoNr->text());
-        KRChkSelect();
+        if (!KRChkSelect()) {
+            // Not knowing whether the account exists, nothing is read and nothing offered.
+            aktuelleNrZurueck();
+            u.inpKrKontoNr->setFocus();
+            return;
+        }
         if (KrGefunden) {
             KrNeuNr = KrSuchNr;
             u.KRData->rs().FindFirst({{QStringLiteral("KrKontoNr"), KrSuchNr}});
@@ -330,9 +345,18 @@ int frmKreditorenKontenStamm::SpeichernPrüfen(platform::DataControl &, const QS
 
 bool frmKreditorenKontenStamm::eventFilter(QObject *obj, QEvent *ev)
 {
-    if (ev->type() != QEvent::KeyPress)
+    if (ev->type() != QEvent::KeyPress && ev->type() != QEvent::ShortcutOverride)
         return QDialog::eventFilter(obj, ev);
     auto *w = qobject_cast<QWidget *>(obj);
+    // With the type list open, Page Up and Page Down do nothing: they would pick another type.
+    QWidget *liste = m_ui->cmbKontoTypus->view();
+    if (w && (w == liste || liste->isAncestorOf(w))) {
+        const int taste = static_cast<QKeyEvent *>(ev)->key();
+        if (taste == Qt::Key_PageUp || taste == Qt::Key_PageDown)
+            return true;
+    }
+    if (ev->type() != QEvent::KeyPress)
+        return QDialog::eventFilter(obj, ev);
     // Key preview: the form sees each key once, when it reaches the control with the focus.
     QWidget *ziel = focusWidget() ? focusWidget() : this;
     if (!w || w != ziel || w->window() != this || !isVisible())
@@ -513,6 +537,9 @@ void frmKreditorenKontenStamm::Fehlerprüfungen()
 {
     if (KrLöschungLäuft || KrAnlageLäuft)
         return;
+    // Nothing to check passes: a check that failed on a row deleted since must not keep the
+    // screen from closing.
+    mks::PruefungFehlgeschlagen = false;
     if (!hatZeilen())
         return;
     KontoBezeichnungPrüfen();
@@ -546,7 +573,9 @@ void frmKreditorenKontenStamm::KontoTypusPrüfen()
         m_ui->cmbKontoTypus->setFocus();
         return;
     }
-    KrBuchungenSelect();
+    // Without the postings read there is nothing to correct against.
+    if (!KrBuchungenSelect())
+        return;
     const auto korrektur = regeln::typusKorrektur(*code, KrBuchungenVorhanden, KrBuchungMitObjekt);
     if (!korrektur)
         return;
@@ -555,18 +584,24 @@ void frmKreditorenKontenStamm::KontoTypusPrüfen()
     KontoTypusAnzeigen();
 }
 
-void frmKreditorenKontenStamm::KrBuchungenSelect()
+bool frmKreditorenKontenStamm::KrBuchungenSelect()
 {
     KrBuchungenVorhanden = false;
-    platform::DataControl &kb = *m_ui->KbData;
-    kb.setRecordSource(QStringLiteral("SELECT * FROM KreditorenBuchungen WHERE KbKontoNr = ?"),
-                       {regeln::kontoNr(m_ui->inpKrKontoNr->text())});
-    kb.Refresh();
-    if (kb.rs().RecordCount() > 0) {
-        KrBuchungenVorhanden = true;
-        // Only the first posting decides.
-        KrBuchungMitObjekt = regeln::buchungMitObjekt(kb.rs().feld(QStringLiteral("KbObjNr")));
-    }
+    bool gelesen = false;
+    platform::Falle(OrtBuchungenSelect, [&] {
+        platform::DataControl &kb = *m_ui->KbData;
+        kb.setRecordSource(QStringLiteral("SELECT * FROM KreditorenBuchungen WHERE KbKontoNr = ?"),
+                           {regeln::kontoNr(m_ui->inpKrKontoNr->text())});
+        if (!kb.RefreshOderFehler())
+            return;
+        gelesen = true;
+        if (kb.rs().RecordCount() > 0) {
+            KrBuchungenVorhanden = true;
+            // Only the first posting decides.
+            KrBuchungMitObjekt = regeln::buchungMitObjekt(kb.rs().feld(QStringLiteral("KbObjNr")));
+        }
+    });
+    return gelesen;
 }
 
 void frmKreditorenKontenStamm::KrKontoNrPrüfen()
@@ -674,7 +709,12 @@ void frmKreditorenKontenStamm::cmdKontoLöschen_Click()
     }
     if (!hatZeilen())
         return;
-    KrBuchungenSelect();
+    // An account whose postings cannot be read is never deleted.
+    if (!KrBuchungenSelect()) {
+        MsgBox(regeln::nichtGeloeschtOhneBuchungen(u.inpKrKontoNr->text()));
+        u.inpKrKontoNr->setFocus();
+        return;
+    }
     if (KrBuchungenVorhanden) {
         // The refusal hands its title where the button style belongs; converting it fails with
         // runtime error 13 before any box appears, and nothing is deleted.
@@ -689,9 +729,16 @@ void frmKreditorenKontenStamm::cmdKontoLöschen_Click()
     const auto ende = qScopeGuard([] { KrLöschungLäuft = false; });
     auto &rs = u.KRData->rs();
     rs.Delete();
-    rs.MoveNext();
-    if (rs.eof() && rs.RecordCount() > 0)
-        rs.MoveLast();
+    if (rs.RecordCount() > 0) {
+        rs.MoveNext();
+        if (rs.eof())
+            rs.MoveLast();
+    } else {
+        // The last account went: nothing left to move to, the fields show nothing.
+        u.KRData->UpdateControls();
+        u.inpKrKontoNr->clear();
+        kombiText(QString());
+    }
     u.inpKrKontoBezeichnung->setFocus();
 }
 

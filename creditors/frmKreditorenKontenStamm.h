@@ -34,8 +34,9 @@ public:
 
     // Loads every creditor account into KRData; a hint box when there is none.
     void KrKontenSelect();
-    // Does the account KrSuchNr exist? Result in KrGefunden. Errors go to the error report.
-    void KRChkSelect();
+    // Does the account KrSuchNr exist? Result in KrGefunden. False when the look-up could not
+    // run (reported to the error report): nothing may go ahead on its answer.
+    bool KRChkSelect();
     // Moves to the account typed in inpKrKontoNr or handles the missing number.
     void KrDirektlesen();
     void KontoTypusAnzeigen();
@@ -44,8 +45,9 @@ public:
     void Fehlerprüfungen();
     void KontoBezeichnungPrüfen();
     void KontoTypusPrüfen();
-    // Selects the postings of the number in inpKrKontoNr into KbData.
-    void KrBuchungenSelect();
+    // Selects the postings of the number in inpKrKontoNr into KbData. False when the look-up
+    // could not run (reported): KrBuchungenVorhanden then says nothing.
+    bool KrBuchungenSelect();
     // Writes a new account KrNeuNr with its initial values and shows it.
     void KrKontoAnlegen();
     // Removes the balances and postings of the account in inpKrKontoNr (never the account).

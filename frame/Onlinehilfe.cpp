@@ -1,11 +1,12 @@
 #include "frame/Onlinehilfe.h"
 
+#include "frame/Hilfedokument.h"
+#include "frame/Hilfefenster.h"
 #include "frame/mdlFehlerZL.h"
+#include "frame/mdlKontenStamm.h"
+#include "platform/ui/MsgBox.h"
 
 #include <QApplication>
-#include <QDesktopServices>
-#include <QFile>
-#include <QFileInfo>
 #include <QKeyEvent>
 #include <QWidget>
 
@@ -13,61 +14,64 @@ namespace frame {
 
 namespace {
 
-std::function<bool(const QUrl &)> &oeffner()
+QString kontextAngabe(const QWidget *w)
 {
-    static std::function<bool(const QUrl &)> f;
-    return f;
+    const QString kontext = w->property("HelpContextID").toString().trimmed();
+    return kontext == QLatin1String("0") ? QString() : kontext;
 }
 
-bool hatAnker(const QString &hilfedatei, const QString &name)
+bool oeffnenFuer(const QString &datei, const QString &kontext, const QWidget *ausloeser)
 {
-    if (name.isEmpty())
+    QString fehler;
+    const auto dokument = Hilfedokument::laden(datei, &fehler);
+    if (!dokument) {
+        platform::MsgBox(fehler
+                         + QStringLiteral("\r\nEs kann keine Onlinehilfe angezeigt "
+                                          "werden !"));
         return false;
-    QFile f(hilfedatei);
-    if (!f.open(QIODevice::ReadOnly))
-        return false;
-    const QByteArray anker = QByteArrayLiteral("id=\"") + name.toUtf8() + '"';
-    return f.readAll().contains(anker);
+    }
+    // The help must stay usable while a screen runs modally: it belongs to the modal window.
+    QWidget *besitzer = QApplication::activeModalWidget();
+    if (!besitzer && ausloeser)
+        besitzer = ausloeser->window();
+    Hilfefenster::oeffnen(dokument, kontext, besitzer);
+    return true;
 }
 
 } // namespace
 
 QString hilfekontext(const QWidget *steuerelement)
 {
-    for (const QWidget *w = steuerelement; w; w = w->parentWidget()) {
-        const QString kontext = w->property("HelpContextID").toString();
-        if (!kontext.isEmpty() && kontext != QLatin1String("0"))
-            return kontext;
+    const QString datei = mdlFehlerZL::hilfedatei();
+    const auto dokument = datei.isEmpty() ? nullptr : Hilfedokument::laden(datei);
+    if (!dokument) {
+        for (const QWidget *w = steuerelement; w; w = w->parentWidget()) {
+            if (!kontextAngabe(w).isEmpty())
+                return kontextAngabe(w);
+        }
+        return steuerelement ? steuerelement->window()->objectName() : QString();
     }
-    if (!steuerelement)
-        return {};
-    if (hatAnker(mdlFehlerZL::hilfedatei(), steuerelement->objectName()))
-        return steuerelement->objectName();
-    return steuerelement->window()->objectName();
-}
-
-QUrl hilfeAdresse(const QString &datei, const QWidget *steuerelement)
-{
-    if (datei.isEmpty())
-        return {};
-    QUrl url = QUrl::fromLocalFile(QFileInfo(datei).absoluteFilePath());
-    const QString kontext = hilfekontext(steuerelement);
-    if (!kontext.isEmpty())
-        url.setFragment(kontext);
-    return url;
+    // Names that several screens use ("cmdOK") have their anchor with the screen's name first.
+    const QString maske = steuerelement ? steuerelement->window()->objectName() + u'.' : QString();
+    for (const QWidget *w = steuerelement; w; w = w->parentWidget()) {
+        for (const QString &anker : {kontextAngabe(w), maske + w->objectName(), w->objectName()}) {
+            if (dokument->hatAnker(anker))
+                return anker;
+        }
+    }
+    return {};
 }
 
 bool hilfeZeigen(const QWidget *steuerelement)
 {
-    const QUrl url = hilfeAdresse(mdlFehlerZL::hilfedatei(), steuerelement);
-    if (url.isEmpty() || !QFileInfo::exists(url.toLocalFile()))
+    if (!mdlKontenStamm::HilfeVorhanden)
         return false;
-    return oeffner() ? oeffner()(url) : QDesktopServices::openUrl(url);
+    return oeffnenFuer(mdlFehlerZL::hilfedatei(), hilfekontext(steuerelement), steuerelement);
 }
 
-void setHilfeOeffner(std::function<bool(const QUrl &)> f)
+bool hilfeOeffnen(const QString &datei, const QString &kontext)
 {
-    oeffner() = std::move(f);
+    return oeffnenFuer(datei, kontext, QApplication::activeWindow());
 }
 
 F1Hilfe::F1Hilfe(QWidget *fenster)
@@ -83,8 +87,9 @@ bool F1Hilfe::eventFilter(QObject *objekt, QEvent *ereignis)
 {
     if (ereignis->type() == QEvent::KeyPress
         && static_cast<QKeyEvent *>(ereignis)->key() == Qt::Key_F1) {
-        QWidget *fokus = QApplication::focusWidget();
-        hilfeZeigen(fokus && m_fenster->isAncestorOf(fokus) ? fokus : m_fenster);
+        // The window's own focus widget: the key may arrive before the window is the active one.
+        QWidget *fokus = m_fenster->focusWidget();
+        hilfeZeigen(fokus ? fokus : m_fenster);
         return true;
     }
     return QObject::eventFilter(objekt, ereignis);

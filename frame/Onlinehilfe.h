@@ -1,29 +1,29 @@
 #pragma once
 
 #include <QObject>
-#include <QUrl>
-#include <functional>
+#include <QString>
 
 class QWidget;
 
-// F1: the help file of the session (see HilfeAufrufChk) opened at the help context of the
-// focused control.
+// F1: the session's help file (see HilfeAufrufChk) opened in the help window at the help
+// context of the focused control.
 namespace frame {
 
-// The context of a control: its "HelpContextID" property, else that of the nearest parent that
-// has one, else the objectName of the control when the help file has an anchor of that name,
-// else the window's objectName.
+// The help context of a control. Walking from the control up to its window, the first widget
+// whose "HelpContextID" property names an anchor of the session's help file, or whose
+// objectName does, first with the window's name in front ("frmKrNeu.cmdOK": names that several
+// screens use), then alone; "" (the beginning of the file) when none does. Without a readable help
+// file: the first HelpContextID on the way, else the window's objectName.
 QString hilfekontext(const QWidget *steuerelement);
 
-// file URL of `hilfedatei` with the context as fragment; empty when there is no help file.
-QUrl hilfeAdresse(const QString &hilfedatei, const QWidget *steuerelement);
-
-// Opens the help for the control through the help opener (by default the desktop's browser).
-// Returns false when there is no help file or it could not be opened.
+// Shows the session's help at the context of `steuerelement`. Nothing happens when the session
+// has no help (HilfeVorhanden is false); a file that cannot be shown gets a message. Returns
+// whether the help window shows the file.
 bool hilfeZeigen(const QWidget *steuerelement);
 
-// Tests replace the opener; an empty function restores the default.
-void setHilfeOeffner(std::function<bool(const QUrl &)> oeffner);
+// Opens help file `datei` at anchor `kontext` in the help window; what the error dialog's help
+// button calls (platform::hilfeOeffnen). False, with a message, when the file cannot be shown.
+bool hilfeOeffnen(const QString &datei, const QString &kontext);
 
 // Event filter for a window: F1 anywhere in it shows the help of the focused control.
 class F1Hilfe : public QObject

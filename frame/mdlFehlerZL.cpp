@@ -1,12 +1,16 @@
 #include "mdlFehlerZL.h"
 
 #include "Fehlerbericht.h"
+#include "Onlinehilfe.h"
 #include "mdlKontenStamm.h"
 #include "platform/core/CreateObject.h"
 #include "platform/ui/Fehlerfalle.h"
+#include "platform/ui/Hilfeaufruf.h"
 #include "platform/ui/MsgBox.h"
 
+#include <QApplication>
 #include <QFileInfo>
+#include <QWidget>
 
 using namespace mdlKontenStamm;
 using platform::RuntimeError;
@@ -22,7 +26,20 @@ constexpr const char *DialogErgebnis = "Ergebnis";
 
 constexpr int DruckerFehler = 482;
 
-QString g_hilfedatei;
+// The help context handed to the error dialog: that of the control the user was in, else the
+// page of the screen that runs; "0" without help.
+QString fehlerHilfekontext()
+{
+    if (!HilfeVorhanden)
+        return QString::number(0);
+    const QWidget *w = QApplication::focusWidget();
+    if (!w)
+        w = QApplication::activeModalWidget();
+    QString kontext = frame::hilfekontext(w);
+    if (kontext.isEmpty())
+        kontext = AktuellesProgramm;
+    return kontext.isEmpty() ? QString::number(0) : kontext;
+}
 
 } // namespace
 
@@ -30,8 +47,8 @@ void FehlerMelden(const RuntimeError &fehler)
 {
     const int nummer = fehler.nummer();
     const QString beschreibung = fehler.beschreibung();
-    const QString hilfedateiText = g_hilfedatei;
-    const QString hilfekontext = QString::number(0);
+    const QString hilfedateiText = HilfeVorhanden ? Hilfedatei : QString();
+    const QString hilfekontext = fehlerHilfekontext();
     try {
         auto dialog = platform::CreateObject(QStringLiteral("zelAllgError"));
         platform::aufrufen(dialog.get(), DialogWerteSetzen,
@@ -86,18 +103,18 @@ void HilfeAufrufChk()
         HilfeVorhanden = true;
         const QVariant slot7 = AufrufInfo.size() > slot::Hilfedatei ? AufrufInfo.at(slot::Hilfedatei)
                                                                     : QVariant();
-        g_hilfedatei = slot7.toString();
-        if (g_hilfedatei.isEmpty()) {
+        Hilfedatei = slot7.toString();
+        if (Hilfedatei.isEmpty()) {
             platform::MsgBox(QStringLiteral("Die Definition für den App.Helpfile = leer\r\n"
                                             "Es kann keine Onlinehilfe angezeigt werden !"));
             HilfeVorhanden = false;
             return;
         }
-        if (!QFileInfo(g_hilfedatei).isFile()) {
+        if (!QFileInfo(Hilfedatei).isFile()) {
             platform::MsgBox(QStringLiteral("Die Hilfedatei (App.HelpFile) %1 ist nicht "
                                             "auffindbar.\r\nEs kann keine Onlinehilfe angezeigt "
                                             "werden !")
-                                 .arg(g_hilfedatei));
+                                 .arg(Hilfedatei));
             HilfeVorhanden = false;
         }
     });
@@ -105,7 +122,7 @@ void HilfeAufrufChk()
 
 QString hilfedatei()
 {
-    return g_hilfedatei;
+    return Hilfedatei;
 }
 
 void alsFehlerberichtEinrichten()
@@ -115,6 +132,8 @@ void alsFehlerberichtEinrichten()
     };
     platform::setFehlerReporter(melder);
     frame::setFehlerMelder(melder);
+    // The error dialog's help button shows the help in the product's own window.
+    platform::setHilfeOeffner(frame::hilfeOeffnen);
 }
 
 } // namespace mdlFehlerZL

@@ -10,6 +10,9 @@ namespace {
 
 const QString fehlerOrtInit = QStringLiteral("in mdlInitKK");
 const QString fehlerOrtKontrolle = QStringLiteral("zelKontenStamm: in KKFeldKontrolle");
+// No default value: rows that exist keep no value in the new column.
+const QString SpalteHinzufuegen = QStringLiteral("ALTER TABLE ObjKanzleiKontenstamm ")
+    + QStringLiteral("ADD COLUMN KontoZusatzDatenJN integer;");
 
 Feldwert zahl(const char *feld, int wert)
 {
@@ -99,8 +102,7 @@ void KontoFelderInitialisieren(platform::storage::Recordset &Datensatz)
 void KKFeldKontrolle(platform::storage::Database &db)
 {
     try {
-        db.execute(QStringLiteral("ALTER TABLE ObjKanzleiKontenstamm ")
-                   + QStringLiteral("ADD COLUMN KontoZusatzDatenJN integer;"));
+        db.execute(SpalteHinzufuegen);
     } catch (const platform::RuntimeError &fehler) {
         frame::FehlerMelden(fehlerOrtKontrolle, fehler);
     }
@@ -113,8 +115,7 @@ bool KKFeldKontrolleStill(platform::storage::Database &db)
             = platform::storage::fehlendeSpalten(db, QStringLiteral("ObjKanzleiKontenstamm"));
         if (!fehlend.contains(QStringLiteral("KontoZusatzDatenJN"), Qt::CaseInsensitive))
             return false;
-        db.execute(QStringLiteral("ALTER TABLE ObjKanzleiKontenstamm ADD COLUMN "
-                                  "KontoZusatzDatenJN integer DEFAULT 0"));
+        db.execute(SpalteHinzufuegen);
         return true;
     } catch (const platform::RuntimeError &fehler) {
         frame::FehlerMelden(fehlerOrtKontrolle, fehler);

@@ -33,8 +33,8 @@ void KontoFelderInitialisieren(platform::storage::Recordset &Datensatz);
 void KKFeldKontrolle(platform::storage::Database &db);
 
 // Adds the column only when the table lacks it, so that nothing is reported on a current
-// database; rows that exist get 0. Returns whether the column was added. Errors are reported
-// as by KKFeldKontrolle.
+// database; rows that exist keep no value (the same statement, no default). Returns whether the
+// column was added. Errors are reported as by KKFeldKontrolle.
 bool KKFeldKontrolleStill(platform::storage::Database &db);
 
 } // namespace mdlInitKK

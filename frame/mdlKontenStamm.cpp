@@ -22,6 +22,7 @@ QString FehlerZusatz1;
 QString FehlerZusatz2;
 qint16 FehlerAntwort = 0;
 bool HilfeVorhanden = false;
+QString Hilfedatei;
 
 bool PruefungFehlgeschlagen = false;
 QString NeueroeffnungsNr = festeLaenge6({});
@@ -62,6 +63,7 @@ void zuruecksetzen()
     FehlerZusatz2.clear();
     FehlerAntwort = 0;
     HilfeVorhanden = false;
+    Hilfedatei.clear();
     PruefungFehlgeschlagen = false;
     NeueroeffnungsNr = festeLaenge6({});
     NeueKontoNr = festeLaenge6({});

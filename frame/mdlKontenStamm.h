@@ -54,6 +54,8 @@ extern QString FehlerZusatz1;
 extern QString FehlerZusatz2;
 extern qint16 FehlerAntwort;
 extern bool HilfeVorhanden;
+// The session's help file (slot 7 of the call, taken by HilfeAufrufChk).
+extern QString Hilfedatei;
 
 // --- working values of the record lifecycle ---
 extern bool PruefungFehlgeschlagen; // check-failed flag

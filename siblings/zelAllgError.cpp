@@ -1,20 +1,18 @@
 #include "zelAllgError.h"
 
 #include "platform/core/CreateObject.h"
+#include "platform/ui/Hilfeaufruf.h"
 #include "platform/ui/MsgBox.h"
 #include "siblings/zelAbrPosStamm.h"
 #include "siblings/zelDiverseListen.h"
 
 #include <QApplication>
 #include <QClipboard>
-#include <QDesktopServices>
 #include <QDialogButtonBox>
-#include <QFileInfo>
 #include <QFormLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QStyle>
-#include <QUrl>
 #include <QVBoxLayout>
 
 namespace siblings {
@@ -110,11 +108,7 @@ QString AllgErrorDialog::berichtText() const
 
 void AllgErrorDialog::hilfeZeigen()
 {
-    QUrl url = QUrl::fromLocalFile(QFileInfo(m_fehler.hilfedatei).absoluteFilePath());
-    const QString kontext = m_fehler.hilfekontext.trimmed();
-    if (!kontext.isEmpty() && kontext != QLatin1String("0"))
-        url.setFragment(kontext);
-    QDesktopServices::openUrl(url);
+    platform::hilfeOeffnen(m_fehler.hilfedatei, m_fehler.hilfekontext);
 }
 
 zelAllgError::zelAllgError(QObject *parent)

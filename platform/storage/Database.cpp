@@ -87,6 +87,17 @@ std::unique_ptr<Database> Database::openSeparate(const QString &ort, const QStri
     return oeffnenNeu(ort, passwort);
 }
 
+std::unique_ptr<Database> Database::openReadOnly(const QString &ort, const QString &passwort)
+{
+    if (!istPostgresUri(ort))
+        return SqlCipherDatabase::oeffnenNurLesen(ort, passwort);
+    // As a connection option, so that it holds after a reconnect, too.
+    QString uri = ort.trimmed();
+    uri += uri.contains(QLatin1Char('?')) ? QLatin1Char('&') : QLatin1Char('?');
+    uri += QLatin1String("options=-c%20default_transaction_read_only%3Don");
+    return PostgresDatabase::oeffnen(uri);
+}
+
 std::shared_ptr<Database> Database::create(const QString &ort, const QString &passwort)
 {
     if (istPostgresUri(ort))

@@ -61,14 +61,20 @@ public:
 
     // The shared connection of this process for `ort` (file path or postgresql:// URI),
     // opened on first use. A file must exist; a wrong or missing key fails with 3031 and
-    // leaves the file unchanged.
+    // leaves the file unchanged. A file in the format of the earlier engine is moved to the
+    // current one (see SqlCipherDatabase::oeffnen).
     static std::shared_ptr<Database> open(const QString &ort, const QString &passwort = DBPasswort);
 
     // A connection of its own, not shared (a second user in tests and stress programs).
     static std::unique_ptr<Database> openSeparate(const QString &ort,
                                                   const QString &passwort = DBPasswort);
 
-    // Makes a new, empty database: an encrypted SQLCipher file (4096-byte cipher pages, WAL
+    // A connection of its own that cannot change anything (for looking into a database): a
+    // file is opened read-only and keeps its format, a PostgreSQL session is read-only.
+    static std::unique_ptr<Database> openReadOnly(const QString &ort,
+                                                  const QString &passwort = DBPasswort);
+
+    // Makes a new, empty database: an encrypted SQLCipher file (SQLCipher 4's format, WAL
     // journal) or, for a URI, nothing to create (the PostgreSQL database must exist).
     // Fails when the file exists already.
     static std::shared_ptr<Database> create(const QString &ort,

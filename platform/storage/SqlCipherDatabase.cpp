@@ -9,7 +9,8 @@
 #include <QFileInfo>
 #include <cstdio>
 #include <fcntl.h>
-#include <sqlcipher/sqlite3.h>
+#include <set>
+#include <sqlite3.h>
 #include <unistd.h>
 
 namespace platform::storage {
@@ -18,6 +19,35 @@ namespace {
 
 constexpr int DatenbankExistiert = 3204;
 constexpr qsizetype CacheGroesse = 64;
+
+// SQLCipher frees its global state in an exit handler that it registers when the library is
+// first initialised; a connection closed after that crashes. Our own handler, registered just
+// after SQLCipher's and so run just before it, closes the connections that static objects still
+// hold; their destructors then leave SQLite alone.
+bool g_beendet = false;
+
+std::set<sqlite3 *> &offeneVerbindungen()
+{
+    static auto *v = new std::set<sqlite3 *>; // outlives every static object
+    return *v;
+}
+
+void engineBereit()
+{
+    static const bool bereit = [] {
+        sqlite3_initialize();
+        std::atexit([] {
+            for (sqlite3 *db : offeneVerbindungen()) {
+                while (sqlite3_stmt *s = sqlite3_next_stmt(db, nullptr))
+                    sqlite3_finalize(s);
+                sqlite3_close(db);
+            }
+            g_beendet = true;
+        });
+        return true;
+    }();
+    (void)bereit;
+}
 
 [[noreturn]] void werfen(int nummer, const QString &zusatz = {})
 {
@@ -117,12 +147,20 @@ QString bezeichner(const QString &name)
     return QLatin1Char('"') + n + QLatin1Char('"');
 }
 
-QByteArray schluesselPragma(const QString &schema, const QString &passwort)
+// The cipher settings of each encrypted format; nothing else sets them. The current format is
+// SQLCipher 4's defaults, written out so that a library with other defaults still reads it.
+QList<QByteArray> chiffrierung(SqlCipherDatabase::Format format)
 {
-    QString p = passwort;
-    p.replace(QLatin1Char('\''), QLatin1String("''"));
-    const QString vorsatz = schema.isEmpty() ? QString() : schema + QLatin1Char('.');
-    return QStringLiteral("PRAGMA %1key = '%2'").arg(vorsatz, p).toUtf8();
+    switch (format) {
+    case SqlCipherDatabase::Format::Aktuell:
+        return {"cipher_page_size = 4096", "kdf_iter = 256000",
+                "cipher_hmac_algorithm = HMAC_SHA512", "cipher_kdf_algorithm = PBKDF2_HMAC_SHA512"};
+    case SqlCipherDatabase::Format::Alt:
+        return {"cipher_compatibility = 3", "cipher_page_size = 4096"};
+    case SqlCipherDatabase::Format::Unverschluesselt:
+        break;
+    }
+    return {};
 }
 
 void direkt(sqlite3 *db, const char *sql)
@@ -133,6 +171,56 @@ void direkt(sqlite3 *db, const char *sql)
 void direkt(sqlite3 *db, const QByteArray &sql)
 {
     direkt(db, sql.constData());
+}
+
+// The cipher settings for `schema` ("main" or an attached one), after its key and before its
+// first read.
+void chiffrierungSetzen(sqlite3 *db, const char *schema, SqlCipherDatabase::Format format)
+{
+    for (const QByteArray &einstellung : chiffrierung(format))
+        direkt(db, "PRAGMA " + QByteArray(schema) + '.' + einstellung);
+}
+
+void schluesselSetzen(sqlite3 *db, const QString &passwort, SqlCipherDatabase::Format format)
+{
+    QString p = passwort;
+    p.replace(QLatin1Char('\''), QLatin1String("''"));
+    direkt(db, "PRAGMA key = '" + p.toUtf8() + '\'');
+    chiffrierungSetzen(db, "main", format);
+}
+
+// Attaches `pfad` as `schema`, encrypted in the current format unless the password is empty.
+// ATTACH makes a missing file only when the main file was opened with SQLITE_OPEN_CREATE.
+void anhaengen(sqlite3 *db, const QString &pfad, const char *schema, const QString &passwort)
+{
+    sqlite3_stmt *stmt = nullptr;
+    const QByteArray sql = "ATTACH DATABASE ? AS " + QByteArray(schema) + " KEY ?";
+    pruefen(db, sqlite3_prepare_v2(db, sql.constData(), -1, &stmt, nullptr));
+    const QByteArray ziel = QFile::encodeName(pfad);
+    const QByteArray schluessel = passwort.toUtf8();
+    bindeText(stmt, 1, ziel);
+    bindeText(stmt, 2, schluessel);
+    const int rc = sqlite3_step(stmt);
+    sqlite3_finalize(stmt);
+    if (rc != SQLITE_DONE)
+        sqliteFehler(db, rc);
+    if (!passwort.isEmpty())
+        chiffrierungSetzen(db, schema, SqlCipherDatabase::Format::Aktuell);
+}
+
+// The first column of every row of `sql`, as text.
+QStringList spalte(sqlite3 *db, const QByteArray &sql)
+{
+    sqlite3_stmt *stmt = nullptr;
+    pruefen(db, sqlite3_prepare_v2(db, sql.constData(), -1, &stmt, nullptr));
+    QStringList werte;
+    int rc;
+    while ((rc = sqlite3_step(stmt)) == SQLITE_ROW)
+        werte.append(
+            QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(stmt, 0))));
+    sqlite3_finalize(stmt);
+    pruefen(db, rc);
+    return werte;
 }
 
 bool fsyncPfad(const QString &pfad, bool verzeichnis)
@@ -146,22 +234,89 @@ bool fsyncPfad(const QString &pfad, bool verzeichnis)
     return ok;
 }
 
+bool umbenennen(const QString &von, const QString &nach)
+{
+    return fsyncPfad(von, false)
+        && std::rename(QFile::encodeName(von).constData(), QFile::encodeName(nach).constData()) == 0
+        && fsyncPfad(QFileInfo(nach).absolutePath(), true);
+}
+
+// The salt that starts an encrypted file, as hex: it tells whether the file a connection holds
+// is still the one the path names. Read through SQLite's file layer, never through a descriptor
+// of our own: closing that would drop the locks this process's connections hold on the file.
+QString kopfSalz(const QString &pfad)
+{
+    engineBereit();
+    sqlite3_vfs *vfs = sqlite3_vfs_find(nullptr);
+    const QByteArray absolut = QFile::encodeName(QFileInfo(pfad).absoluteFilePath());
+    sqlite3_filename name = sqlite3_create_filename(absolut.constData(), "", "", 0, nullptr);
+    std::vector<char> platz(size_t(vfs->szOsFile));
+    auto *datei = reinterpret_cast<sqlite3_file *>(platz.data());
+    int art = 0;
+    QByteArray salz(16, '\0');
+    int rc = vfs->xOpen(vfs, name, datei, SQLITE_OPEN_READONLY | SQLITE_OPEN_MAIN_DB, &art);
+    if (rc == SQLITE_OK) {
+        rc = datei->pMethods->xRead(datei, salz.data(), int(salz.size()), 0);
+        datei->pMethods->xClose(datei);
+    }
+    sqlite3_free_filename(name);
+    return rc == SQLITE_OK ? QString::fromLatin1(salz.toHex()) : QString();
+}
+
+// A copy of the main file of `db`, read through the connection's own file.
+bool kopieren(sqlite3 *db, const QString &ziel)
+{
+    sqlite3_file *datei = nullptr;
+    sqlite3_int64 groesse = 0;
+    if (sqlite3_file_control(db, "main", SQLITE_FCNTL_FILE_POINTER, &datei) != SQLITE_OK || !datei
+        || datei->pMethods->xFileSize(datei, &groesse) != SQLITE_OK)
+        return false;
+    QFile aus(ziel);
+    if (!aus.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return false;
+    QByteArray block(1 << 16, '\0');
+    for (sqlite3_int64 pos = 0; pos < groesse; pos += block.size()) {
+        const int n = int(std::min<sqlite3_int64>(block.size(), groesse - pos));
+        if (datei->pMethods->xRead(datei, block.data(), n, pos) != SQLITE_OK
+            || aus.write(block.constData(), n) != n)
+            return false;
+    }
+    return aus.flush() && ::fsync(aus.handle()) == 0;
+}
+
+QString salzVon(sqlite3 *db)
+{
+    const QStringList s = spalte(db, "PRAGMA cipher_salt");
+    return s.isEmpty() ? QString() : s.front().toLower();
+}
+
 struct Verbindung
 {
     sqlite3 *db = nullptr;
-    ~Verbindung()
+    Verbindung() = default;
+    Verbindung(const Verbindung &) = delete;
+    Verbindung &operator=(const Verbindung &) = delete;
+    ~Verbindung() { schliessen(); }
+    void schliessen()
     {
         if (db)
-            sqlite3_close_v2(db);
+            sqlite3_close_v2(std::exchange(db, nullptr));
     }
     sqlite3 *loslassen() { return std::exchange(db, nullptr); }
 };
 
-// Opens without creating; applies key and page size; proves the key by reading the schema.
-// Nothing is written before the proof, so a wrong key leaves the file as it was.
-void oeffnenUndPruefen(Verbindung &v, const QString &pfad, const QString &passwort,
-                       int flags = SQLITE_OPEN_READWRITE)
+enum class Versuch { Gut, FalscherSchluessel, Belegt };
+
+// Opens without creating, sets key and cipher settings of `format` and proves the key by
+// reading the schema. Nothing is written before the proof, so a wrong key leaves the file as it
+// was. `exklusiv` takes the file for this connection alone (an exclusive lock, kept until the
+// connection closes) and gives up after 0.4 s when another connection has it open (Belegt): a
+// starting program holds it only while it tries its key, an open one holds it for good.
+Versuch versuchen(Verbindung &v, const QString &pfad, const QString &passwort,
+                  SqlCipherDatabase::Format format, int flags, bool exklusiv = false)
 {
+    v.schliessen();
+    engineBereit();
     if (!QFileInfo(pfad).isFile())
         werfen(fehlernummer::DateiNichtGefunden, pfad);
     const int rc = sqlite3_open_v2(QFile::encodeName(pfad).constData(), &v.db, flags, nullptr);
@@ -171,26 +326,137 @@ void oeffnenUndPruefen(Verbindung &v, const QString &pfad, const QString &passwo
         sqliteFehler(v.db, rc);
     }
     sqlite3_extended_result_codes(v.db, 1);
-    if (!passwort.isEmpty()) {
-        direkt(v.db, schluesselPragma({}, passwort));
-        direkt(v.db, "PRAGMA cipher_page_size = 4096");
+    // A file from a shared drive may be crafted: no writing to the schema by SQL.
+    sqlite3_db_config(v.db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    // Several users on one file: a connection waits for another one's short transaction
+    // instead of failing with "database is locked".
+    sqlite3_busy_timeout(v.db, exklusiv ? 400 : 15000);
+    if (format != SqlCipherDatabase::Format::Unverschluesselt)
+        schluesselSetzen(v.db, passwort, format);
+    if (exklusiv)
+        direkt(v.db, "PRAGMA locking_mode = EXCLUSIVE");
+    // In WAL mode the exclusive locking mode takes the lock with the first read; a file in
+    // rollback mode needs a write transaction for it.
+    const char *beweis = exklusiv ? "SELECT count(*) FROM sqlite_master; BEGIN EXCLUSIVE; COMMIT"
+                                  : "SELECT count(*) FROM sqlite_master";
+    if (sqlite3_exec(v.db, beweis, nullptr, nullptr, nullptr) == SQLITE_OK)
+        return Versuch::Gut;
+    const int fehler = sqlite3_extended_errcode(v.db) & 0xff;
+    if (fehler == SQLITE_NOTADB || fehler == SQLITE_CORRUPT) {
+        v.schliessen();
+        return Versuch::FalscherSchluessel;
     }
-    if (sqlite3_exec(v.db, "SELECT count(*) FROM sqlite_master", nullptr, nullptr, nullptr)
-        != SQLITE_OK) {
-        const int fehler = sqlite3_extended_errcode(v.db) & 0xff;
-        if (fehler == SQLITE_NOTADB || fehler == SQLITE_CORRUPT)
-            werfen(fehlernummer::UngueltigesKennwort, pfad);
-        sqliteFehler(v.db, fehler);
+    if (exklusiv && (fehler == SQLITE_BUSY || fehler == SQLITE_LOCKED)) {
+        v.schliessen();
+        return Versuch::Belegt;
     }
+    sqliteFehler(v.db, fehler);
 }
 
-void einstellen(sqlite3 *db)
+void einstellen(sqlite3 *db, bool nurLesen)
 {
-    // Several users on one file: a writer waits for another one's short transaction instead
-    // of failing with "database is locked".
-    sqlite3_busy_timeout(db, 15000);
+    if (nurLesen) {
+        direkt(db, "PRAGMA query_only = 1");
+        return;
+    }
     direkt(db, "PRAGMA journal_mode = WAL");
     direkt(db, "PRAGMA cache_size = -32768");
+}
+
+// What a copy must keep of a file: its schema, every table's row count and its user_version;
+// empty when the file fails its integrity check.
+QStringList bestand(sqlite3 *db, const char *schema)
+{
+    const QByteArray s(schema);
+    if (spalte(db, "PRAGMA " + s + ".integrity_check") != QStringList {QStringLiteral("ok")})
+        return {};
+    QStringList b
+        = spalte(db, "SELECT type || ' ' || name FROM " + s + ".sqlite_master ORDER BY type, name");
+    for (const QString &t : spalte(
+             db, "SELECT name FROM " + s + ".sqlite_master WHERE type = 'table' ORDER BY name")) {
+        b += t + QLatin1Char(' ')
+            + spalte(db, "SELECT count(*) FROM " + s + '.' + bezeichner(t).toUtf8()).value(0);
+    }
+    b += QStringLiteral("user_version ") + spalte(db, "PRAGMA " + s + ".user_version").value(0);
+    return b;
+}
+
+bool syncDatei(sqlite3 *db)
+{
+    sqlite3_file *datei = nullptr;
+    return sqlite3_file_control(db, "main", SQLITE_FCNTL_FILE_POINTER, &datei) == SQLITE_OK && datei
+        && datei->pMethods->xSync(datei, SQLITE_SYNC_FULL) == SQLITE_OK;
+}
+
+// Moves a file of the old format, opened by `alt` for this connection alone, to the current
+// format: sqlcipher_export into a copy beside it, the copy's schema, row counts and integrity
+// compared while the copy, too, is held alone; the old file linked aside as a backup; the copy
+// renamed over it, still held, so that what others open is what was compared; then the backup
+// removed. Any failure leaves the old file in place (the reason goes to the log). `alt` is
+// closed in every case.
+bool umstellen(Verbindung &alt, const QString &pfad, const QString &passwort)
+{
+    const QString kopie = pfad + QStringLiteral(".umstellung");
+    const QString sicherung = pfad + QStringLiteral(".vor-umstellung");
+    Verbindung neu;
+    const auto abbrechen = [&](const QString &grund) {
+        neu.schliessen();
+        alt.schliessen();
+        QFile::remove(kopie);
+        qWarning("%s bleibt im alten Format: %s", qPrintable(pfad), qPrintable(grund));
+        return false;
+    };
+    try {
+        const QStringList vorher = bestand(alt.db, "main");
+        if (vorher.isEmpty())
+            return abbrechen(QStringLiteral("die Datei besteht ihre Integritätsprüfung nicht"));
+        // Leftovers of a move that was cut short; this connection has the file alone. The copy
+        // starts as an empty file: ATTACH may not create one, as the old file was opened
+        // without CREATE.
+        QFile::remove(kopie);
+        QFile::remove(sicherung);
+        if (QFile leer(kopie); !leer.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+            return abbrechen(QStringLiteral("%1 lässt sich nicht anlegen").arg(kopie));
+        anhaengen(alt.db, kopie, "neu", passwort);
+        direkt(alt.db, "SELECT sqlcipher_export('neu')");
+        direkt(alt.db, "PRAGMA neu.user_version = " + vorher.last().section(u' ', 1).toUtf8());
+        direkt(alt.db, "DETACH DATABASE neu");
+        QFile::setPermissions(kopie, QFile::permissions(pfad));
+
+        if (versuchen(neu, kopie, passwort, SqlCipherDatabase::Format::Aktuell,
+                      SQLITE_OPEN_READWRITE, true)
+                != Versuch::Gut
+            || bestand(neu.db, "main") != vorher || !syncDatei(neu.db))
+            return abbrechen(QStringLiteral("die Kopie weicht ab"));
+        const QString neuesSalz = salzVon(neu.db);
+
+        // Out of WAL mode while the file is still held: its WAL must be gone before another
+        // file takes the name.
+        if (spalte(alt.db, "PRAGMA journal_mode = DELETE")
+            != QStringList {QStringLiteral("delete")})
+            return abbrechen(QStringLiteral("das WAL der alten Datei bleibt"));
+        const QByteArray p = QFile::encodeName(pfad), k = QFile::encodeName(kopie),
+                         s = QFile::encodeName(sicherung);
+        if (::link(p.constData(), s.constData()) != 0 && !kopieren(alt.db, sicherung))
+            return abbrechen(QStringLiteral("keine Sicherung möglich"));
+        if (std::rename(k.constData(), p.constData()) != 0) {
+            QFile::remove(sicherung);
+            return abbrechen(QStringLiteral("die Kopie ließ sich nicht umbenennen"));
+        }
+        fsyncPfad(QFileInfo(pfad).absolutePath(), true);
+        alt.schliessen();
+        const bool angekommen = kopfSalz(pfad) == neuesSalz;
+        neu.schliessen();
+        if (!angekommen) {
+            qWarning("%s: die umgestellte Datei ist nicht an ihrem Platz; die alte liegt in %s",
+                     qPrintable(pfad), qPrintable(sicherung));
+            return false;
+        }
+        QFile::remove(sicherung);
+        return true;
+    } catch (const RuntimeError &e) {
+        return abbrechen(e.beschreibung());
+    }
 }
 
 class SqlCipherCursor;
@@ -206,7 +472,11 @@ public:
     explicit SqlCipherAnweisungen(sqlite3 *db)
         : m_db(db)
     { }
-    ~SqlCipherAnweisungen() { leeren(); }
+    ~SqlCipherAnweisungen()
+    {
+        if (!g_beendet)
+            leeren();
+    }
 
     sqlite3_stmt *holen(const QString &sql)
     {
@@ -275,7 +545,7 @@ public:
     }
     ~Anweisung()
     {
-        if (!m_stmt)
+        if (!m_stmt || g_beendet)
             return;
         if (auto cache = m_cache.lock())
             cache->zurueck(m_sql, m_stmt);
@@ -373,47 +643,111 @@ private:
 
 } // namespace
 
-SqlCipherDatabase::SqlCipherDatabase(const QString &pfad, sqlite3 *db)
+SqlCipherDatabase::SqlCipherDatabase(const QString &pfad, sqlite3 *db, Format format)
     : Database(pfad)
     , m_db(db)
+    , m_format(format)
     , m_anweisungen(std::make_shared<SqlCipherAnweisungen>(db))
-{ }
+{
+    offeneVerbindungen().insert(db);
+}
 
 SqlCipherDatabase::~SqlCipherDatabase()
 {
     m_anweisungen.reset();
+    if (g_beendet)
+        return;
+    offeneVerbindungen().erase(m_db);
     sqlite3_close_v2(m_db);
 }
 
 SqlCipherDatabase::Zeiger SqlCipherDatabase::oeffnen(const QString &pfad, const QString &passwort)
 {
-    Verbindung v;
-    oeffnenUndPruefen(v, pfad, passwort);
-    einstellen(v.db);
-    return Zeiger(new SqlCipherDatabase(pfad, v.loslassen()));
+    return oeffnenMit(pfad, passwort, false);
 }
 
-SqlCipherDatabase::Zeiger SqlCipherDatabase::anlegen(const QString &pfad, const QString &passwort)
+SqlCipherDatabase::Zeiger SqlCipherDatabase::oeffnenNurLesen(const QString &pfad,
+                                                             const QString &passwort)
+{
+    return oeffnenMit(pfad, passwort, true);
+}
+
+SqlCipherDatabase::Zeiger SqlCipherDatabase::oeffnenMit(const QString &pfad,
+                                                        const QString &passwort, bool nurLesen)
+{
+    const int flags = nurLesen ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
+    const auto fertig = [&](Verbindung &v, Format format) {
+        einstellen(v.db, nurLesen);
+        return Zeiger(new SqlCipherDatabase(pfad, v.loslassen(), format));
+    };
+    Verbindung v;
+    if (passwort.isEmpty()) {
+        if (versuchen(v, pfad, {}, Format::Unverschluesselt, flags) != Versuch::Gut)
+            werfen(fehlernummer::UngueltigesKennwort, pfad);
+        return fertig(v, Format::Unverschluesselt);
+    }
+    // The current format first: a file in the old one costs one more key derivation, once.
+    // Another process may move the file while this one tries; the salt at the start of the file
+    // shows that the path still names the file a connection holds.
+    for (int runde = 0; runde < 3; ++runde) {
+        const QString salz = kopfSalz(pfad);
+        if (versuchen(v, pfad, passwort, Format::Aktuell, flags) == Versuch::Gut)
+            return fertig(v, Format::Aktuell);
+        if (!nurLesen) {
+            const Versuch alleine = versuchen(v, pfad, passwort, Format::Alt, flags, true);
+            // Held alone, the file cannot be moved by another process any more; but one may
+            // have moved it before, so the path has to name it still.
+            if (alleine == Versuch::Gut && salzVon(v.db) != kopfSalz(pfad))
+                continue;
+            if (alleine == Versuch::Gut && umstellen(v, pfad, passwort))
+                continue;
+            if (alleine == Versuch::FalscherSchluessel) {
+                if (kopfSalz(pfad) == salz)
+                    werfen(fehlernummer::UngueltigesKennwort, pfad);
+                continue;
+            }
+        }
+        // Held by another connection (or the move failed): compatibility mode.
+        const Versuch r = versuchen(v, pfad, passwort, Format::Alt, flags);
+        if (r == Versuch::Gut && salzVon(v.db) == salz) {
+            // In WAL mode this connection keeps the file from being moved from now on.
+            einstellen(v.db, nurLesen);
+            if (kopfSalz(pfad) == salz)
+                return Zeiger(new SqlCipherDatabase(pfad, v.loslassen(), Format::Alt));
+            continue;
+        }
+        if (r != Versuch::Gut && kopfSalz(pfad) == salz)
+            werfen(fehlernummer::UngueltigesKennwort, pfad);
+    }
+    werfen(fehlernummer::UngueltigesKennwort,
+           QStringLiteral("%1 wurde beim Öffnen mehrmals ersetzt").arg(pfad));
+}
+
+SqlCipherDatabase::Zeiger SqlCipherDatabase::anlegen(const QString &pfad, const QString &passwort,
+                                                     Format format)
 {
     if (QFileInfo::exists(pfad)) {
         throw RuntimeError(DatenbankExistiert,
                            QStringLiteral("Die Datenbank '%1' existiert bereits.").arg(pfad));
     }
+    if (passwort.isEmpty())
+        format = Format::Unverschluesselt;
+    engineBereit();
     Verbindung v;
     const int rc = sqlite3_open_v2(QFile::encodeName(pfad).constData(), &v.db,
                                    SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
     if (rc != SQLITE_OK)
         sqliteFehler(v.db, rc);
     sqlite3_extended_result_codes(v.db, 1);
-    if (!passwort.isEmpty()) {
-        direkt(v.db, schluesselPragma({}, passwort));
-        direkt(v.db, "PRAGMA cipher_page_size = 4096");
-    }
-    einstellen(v.db);
+    sqlite3_db_config(v.db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_busy_timeout(v.db, 15000);
+    if (format != Format::Unverschluesselt)
+        schluesselSetzen(v.db, passwort, format);
+    einstellen(v.db, false);
     // Writes the first page, so the file exists with its key from now on.
     direkt(v.db, "PRAGMA user_version = 0");
     direkt(v.db, "CREATE TABLE zep_leer(x); DROP TABLE zep_leer");
-    return Zeiger(new SqlCipherDatabase(pfad, v.loslassen()));
+    return Zeiger(new SqlCipherDatabase(pfad, v.loslassen(), format));
 }
 
 void SqlCipherDatabase::verschluesseln(const QString &pfad, const QString &passwort)
@@ -424,39 +758,27 @@ void SqlCipherDatabase::verschluesseln(const QString &pfad, const QString &passw
         Verbindung v;
         // An encrypted file does not read without its key: 3031, nothing is touched.
         // ATTACH takes the open flags of the main file: CREATE lets it make the copy.
-        oeffnenUndPruefen(v, pfad, {}, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-        sqlite3_stmt *stmt = nullptr;
-        pruefen(v.db,
-                sqlite3_prepare_v2(v.db, "ATTACH DATABASE ? AS enc KEY ?", -1, &stmt, nullptr));
-        const QByteArray ziel = QFile::encodeName(kopie);
-        const QByteArray schluessel = passwort.toUtf8();
-        bindeText(stmt, 1, ziel);
-        bindeText(stmt, 2, schluessel);
-        const int rc = sqlite3_step(stmt);
-        sqlite3_finalize(stmt);
+        if (versuchen(v, pfad, {}, Format::Unverschluesselt,
+                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE)
+            != Versuch::Gut)
+            werfen(fehlernummer::UngueltigesKennwort, pfad);
         try {
-            if (rc != SQLITE_DONE)
-                sqliteFehler(v.db, rc);
-            if (!passwort.isEmpty())
-                direkt(v.db, "PRAGMA enc.cipher_page_size = 4096");
+            anhaengen(v.db, kopie, "enc", passwort);
             direkt(v.db, "SELECT sqlcipher_export('enc')");
             direkt(v.db, "DETACH DATABASE enc");
         } catch (...) {
-            sqlite3_close_v2(v.loslassen());
+            v.schliessen();
             QFile::remove(kopie);
             throw;
         }
     }
-    if (!fsyncPfad(kopie, false)
-        || std::rename(QFile::encodeName(kopie).constData(), QFile::encodeName(pfad).constData())
-            != 0) {
+    if (!umbenennen(kopie, pfad)) {
         QFile::remove(kopie);
         throw RuntimeError(fehlernummer::DateiNichtGefunden,
                            QStringLiteral("Die verschlüsselte Kopie von '%1' konnte nicht "
                                           "gespeichert werden.")
                                .arg(pfad));
     }
-    fsyncPfad(QFileInfo(pfad).absolutePath(), true);
 }
 
 qint64 SqlCipherDatabase::execute(const QString &sql, const QVariantList &params)

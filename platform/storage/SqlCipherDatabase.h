@@ -15,14 +15,33 @@ class SqlCipherAnweisungen;
 class SqlCipherDatabase final : public Database
 {
 public:
-    // Opens an existing file. Missing file: 3024. Wrong or missing key: 3031, and the file is
-    // left exactly as it was.
     using Zeiger = std::unique_ptr<SqlCipherDatabase>;
 
+    // How a file is encrypted. The cipher settings of each format are written in one place,
+    // SqlCipherDatabase.cpp.
+    enum class Format {
+        Unverschluesselt,
+        // SQLCipher 4: PBKDF2-HMAC-SHA512 with 256,000 rounds, HMAC-SHA512, 4096-byte pages.
+        Aktuell,
+        // The product's files before the engine change: SQLCipher 3 with 4096-byte pages,
+        // read and written in compatibility mode.
+        Alt,
+    };
+
+    // Opens an existing file. Missing file: 3024. Wrong or missing key: 3031, and the file is
+    // left exactly as it was. A file in the old format is moved to the current one first, in a
+    // verified copy; while another connection has it open, it is used in compatibility mode
+    // and moved at a later open.
     static Zeiger oeffnen(const QString &pfad, const QString &passwort);
+    // For looking into a file: never writes to it and never moves its format.
+    static Zeiger oeffnenNurLesen(const QString &pfad, const QString &passwort);
     // Makes a new file; an empty password makes an unencrypted one. Existing file: 3204.
-    static Zeiger anlegen(const QString &pfad, const QString &passwort);
+    // Format::Alt serves only the trials of the move and the benchmarks.
+    static Zeiger anlegen(const QString &pfad, const QString &passwort,
+                          Format format = Format::Aktuell);
     static void verschluesseln(const QString &pfad, const QString &passwort);
+
+    Format format() const { return m_format; }
 
     ~SqlCipherDatabase() override;
 
@@ -39,13 +58,15 @@ public:
     Tabellenbeschreibung beschreiben(const QString &tabelle) override;
 
 private:
-    SqlCipherDatabase(const QString &pfad, sqlite3 *db);
+    SqlCipherDatabase(const QString &pfad, sqlite3 *db, Format format);
+    static Zeiger oeffnenMit(const QString &pfad, const QString &passwort, bool nurLesen);
 
     QString tabellenName(const QString &tabelle);
     // Column name and pk position (0 = not in the key) from PRAGMA table_info.
     QList<QPair<QString, int>> tabellenInfo(const QString &tabelle);
 
     sqlite3 *m_db;
+    Format m_format;
     std::shared_ptr<SqlCipherAnweisungen> m_anweisungen;
 };
 

@@ -464,19 +464,37 @@ bool DataControl::aktuelleZeile() const
     }
 }
 
+void DataControl::neuLaden()
+{
+    try {
+        auto db = storage::Database::open(m_databaseName, passwort());
+        m_rs = std::make_unique<storage::Recordset>(std::move(db), m_recordSource, m_params);
+    } catch (const RuntimeError &) {
+        m_rs.reset();
+        widgetsFuellen();
+        throw;
+    }
+}
+
 bool DataControl::Refresh()
 {
     if (m_rs && !vorBewegung(vbDataActionMoveFirst))
         return false;
     try {
-        auto db = storage::Database::open(m_databaseName, passwort());
-        m_rs = std::make_unique<storage::Recordset>(std::move(db), m_recordSource, m_params);
+        neuLaden();
     } catch (const RuntimeError &e) {
-        m_rs.reset();
-        widgetsFuellen();
         fehlerAusloesen(e.nummer(), e.beschreibung());
         return false;
     }
+    nachBewegung();
+    return true;
+}
+
+bool DataControl::RefreshOderFehler()
+{
+    if (m_rs && !vorBewegung(vbDataActionMoveFirst))
+        return false;
+    neuLaden();
     nachBewegung();
     return true;
 }

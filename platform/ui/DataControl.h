@@ -142,6 +142,11 @@ public:
     // row, then Reposition. False when cancelled or failed (Error raised; after an engine
     // error the control holds no record set).
     bool Refresh();
+    // Refresh run by a procedure that traps its own errors (a look-up): an engine error is
+    // raised to the caller as RuntimeError, so the procedure's trap reports it once with its own
+    // place; no Error event and no message of the control. The control then holds no record
+    // set. False only when Validate cancelled.
+    bool RefreshOderFehler();
 
     DataControlRecordset &Recordset() { return m_zugang; }
     DataControlRecordset &rs() { return m_zugang; }
@@ -187,6 +192,9 @@ private:
 
     // Validate + save; false when the action must not happen.
     bool vorBewegung(int action, bool speichernErzwingen = false);
+    // Opens the database and runs RecordSource; raises RuntimeError (the control then holds no
+    // record set).
+    void neuLaden();
     bool speichern();
     // A save refused because another user changed (or deleted, `gespeichert` empty) the row:
     // names the differing fields with the stored and the typed values and offers to reload.

@@ -1,7 +1,9 @@
 #include "Fokus.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QTimer>
@@ -158,6 +160,28 @@ void Fokus::fokusGewechselt(QWidget *altWidget, QWidget *neuWidget)
     }
 }
 
+bool Fokus::verlassen(QWidget *ziel)
+{
+    if (m_laeuft || !m_fenster)
+        return true;
+    QWidget *f = m_fenster->focusWidget();
+    if (!f)
+        return true;
+    const Eintrag *a = eintrag(steuerelement(f));
+    if (!a || !a->validate || !causesValidation(ziel))
+        return true;
+    m_laeuft = true;
+    m_empfaenger = ziel;
+    const auto ende = qScopeGuard([this] {
+        m_laeuft = false;
+        m_empfaenger = nullptr;
+    });
+    bool cancel = false;
+    const ValidateHandler h = a->validate;
+    h(cancel);
+    return !cancel;
+}
+
 bool Fokus::eventFilter(QObject *obj, QEvent *ev)
 {
     switch (ev->type()) {
@@ -167,6 +191,14 @@ bool Fokus::eventFilter(QObject *obj, QEvent *ev)
         if (m_abgelehnt && w && (w == m_abgelehnt || m_abgelehnt->isAncestorOf(w))) {
             m_abgelehnt = nullptr; // consumed by the press that caused it
             m_loslassenSchlucken = w;
+            return true;
+        }
+        // A button that keeps the focus where it is acts only when the control is left.
+        auto *knopf = qobject_cast<QAbstractButton *>(w);
+        if (knopf && imFenster(knopf) && knopf->isEnabled()
+            && !(knopf->focusPolicy() & Qt::ClickFocus)
+            && static_cast<QMouseEvent *>(ev)->button() == Qt::LeftButton && !verlassen(knopf)) {
+            m_loslassenSchlucken = knopf;
             return true;
         }
         break;

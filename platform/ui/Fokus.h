@@ -29,6 +29,11 @@ namespace platform {
 // swallows the key. The focus stays in the control, so the button's Click sees it as the
 // ActiveControl, and no LostFocus runs (the original's default button did not take the focus).
 //
+// A click on a button that does not take the focus (the arrows of a data control) counts as a
+// move to that button: the control with the focus is asked first, and Cancel swallows the click.
+// Actions that never move the focus (a page header, a record move by key, closing) ask with
+// verlassen().
+//
 // Qt moves the focus before the old control is asked, so the check runs right after the move
 // and a cancel restores it; the receiving widget sees a FocusIn/FocusOut pair but none of our
 // handlers. Focus leaving the window (a message box, another window) raises nothing.
@@ -48,6 +53,11 @@ public:
     void setGotFocus(QWidget *w, Handler h);
     void setCausesValidation(QWidget *w, bool an);
     bool causesValidation(QWidget *w) const;
+
+    // Runs the Validate of the control that has the focus as if the focus were about to move to
+    // `ziel`, for an action that does not move it. False when it cancelled; the focus stays where
+    // it is (or where the handler put it) and no LostFocus or GotFocus runs.
+    bool verlassen(QWidget *ziel);
 
     // The control receiving the focus while a handler runs, else the window's focus widget
     // (mapped to the registered control that contains it).

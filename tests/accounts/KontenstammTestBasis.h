@@ -6,6 +6,7 @@
 #include "accounts/frmKoBeginn.h"
 #include "accounts/frmKontenStamm.h"
 #include "common/TestDatenbank.h"
+#include "frame/Hilfefenster.h"
 #include "frame/mdlFehlerZL.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/core/CreateObject.h"
@@ -70,6 +71,24 @@ protected:
     // unless a test sets its own step.
     std::function<void(frmKoBeginn &)> m_kopierDialog;
     int m_kopierDialoge = 0;
+    // Other modal dialogs (the number dialog, ...) that came up while fremdeDialogeAbweisen()
+    // watched; each is cancelled at once, so a test that expects none cannot hang.
+    int m_fremdeDialoge = 0;
+    std::unique_ptr<QTimer> m_wache;
+
+    void fremdeDialogeAbweisen()
+    {
+        m_wache = std::make_unique<QTimer>();
+        m_wache->setInterval(10);
+        QObject::connect(m_wache.get(), &QTimer::timeout, [this] {
+            auto *d = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+            if (d && d != m_form.get() && !qobject_cast<frmKoBeginn *>(d)) {
+                ++m_fremdeDialoge;
+                d->reject();
+            }
+        });
+        m_wache->start();
+    }
 
     bool eventFilter(QObject *obj, QEvent *ev) override
     {
@@ -133,6 +152,20 @@ protected:
         QApplication::setActiveWindow(m_form.get());
         QVERIFY(QTest::qWaitForWindowActive(m_form.get()));
     }
+    // The anchor the help window shows ("" when it is not open).
+    static QString hilfeAnker()
+    {
+        auto *h = frame::Hilfefenster::offenes();
+        return h && h->isVisible() ? h->anker() : QString();
+    }
+    // Closes the help window and gives the screen the keyboard back.
+    void hilfeSchliessen()
+    {
+        if (auto *h = frame::Hilfefenster::offenes())
+            h->close();
+        QApplication::setActiveWindow(m_form.get());
+        QVERIFY(QTest::qWaitForWindowActive(m_form.get()));
+    }
     void fokusAuf(QWidget *w)
     {
         w->setFocus(Qt::OtherFocusReason);
@@ -163,8 +196,12 @@ protected:
     {
         m_kopierDialog = {};
         m_kopierDialoge = 0;
+        m_fremdeDialoge = 0;
         qApp->installEventFilter(this);
         mdlKontenStamm::zuruecksetzen();
+        // The host hands over its help file; the screen checks it when it loads.
+        mdlKontenStamm::AufrufInfo[mdlKontenStamm::slot::Hilfedatei]
+            = QStringLiteral(ZEP_HILFE_QUELLE);
         FehlerDialogAttrappe::s_berichte.clear();
         m_fehlerDialog = std::make_unique<platform::KomponentenRegistrierung>(
             "zelAllgError", [] { return std::make_unique<FehlerDialogAttrappe>(); });
@@ -186,6 +223,8 @@ protected:
     void basisCleanup()
     {
         qApp->removeEventFilter(this);
+        m_wache.reset();
+        delete frame::Hilfefenster::offenes();
         m_form.reset();
         m_db.reset();
         const QStringList warnungen = m_boxen->warnungen();

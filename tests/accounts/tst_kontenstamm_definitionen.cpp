@@ -6,12 +6,14 @@
 #include "accounts/frmPruefliste.h"
 #include "accounts/regeln/Codelisten.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTabBar>
 #include <QTimer>
 #include <QTreeWidget>
@@ -70,6 +72,27 @@ private:
     {
         auto *tabs = c<QTabBar>("TabStrip1");
         QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(seite - 1).center());
+    }
+    // Leaves the record, the field or the screen the way a row names.
+    void weg(const QString &w)
+    {
+        if (w == u"Bild ab")
+            taste(Qt::Key_PageDown);
+        else if (w == u"Bild auf")
+            taste(Qt::Key_PageUp);
+        else if (w == u"Escape")
+            taste(Qt::Key_Escape);
+        else if (w == u"Schließen")
+            m_form->close();
+        else if (w == u"Reiter")
+            reiter(m_form->seite() == 3 ? 4 : 3);
+        else if (w == u"Reitertaste") { // the arrow keys of the tab bar
+            fokusAuf(c("TabStrip1"));
+            taste(Qt::Key_Right);
+        } else if (w == u"Pfeil") // the data control's arrow, which takes no focus
+            QTest::mouseClick(kk()->findChildren<QAbstractButton *>().at(2), Qt::LeftButton);
+        else
+            QTest::mouseClick(c(qPrintable(w)), Qt::LeftButton);
     }
     void positionen()
     {
@@ -134,8 +157,10 @@ private slots:
         QTest::addColumn<QString>("feld");
         QTest::addColumn<QString>("spalte");
         QTest::addColumn<int>("wert");
-        QTest::newRow("ust keine") << 2003 << "cmbKontoUstProz" << "keine Definition"
-                                   << "inpKontoUstProz" << "KontoUstProz" << 100;
+        QTest::newRow("ust keine") << 2003 << "cmbKontoUstProz"
+                                   << "keine Definition"
+                                   << "inpKontoUstProz"
+                                   << "KontoUstProz" << 100;
         QTest::newRow("bk ust 910") << 2003 << "cmbBkAbrUstProz"
                                     << "Bk-EinnKonto 10% (Aufteilung mit BN-Mwst 10%)"
                                     << "inpAbrUstProz"
@@ -440,6 +465,85 @@ private slots:
         QCOMPARE(m_boxen->anzahl(), 1);
     }
 
+    void verlassenIstGeprueft_data()
+    {
+        QTest::addColumn<QString>("feld");
+        QTest::addColumn<QString>("eingabe");
+        QTest::addColumn<QString>("weg");
+        QTest::addColumn<QString>("meldung");
+        QTest::addColumn<QString>("fokus"); // "" = the field itself
+        const QString zl = "ZL-Sperre darf nur 'S' oder 'N' sein";
+        const QString vd = "Verdichtungs-Kennzeichen darf nur 'V' oder 'N' oder 'S' sein";
+        const QString ust = "UstKontoNummer  ist nicht im Kontenstamm enthalten";
+        const QString sbk = "KontoVugSbk-KontoNummer ist nicht im Kontenstamm enthalten";
+        const QString ebk = "KontoEbk-KontoNummer ist nicht im Kontenstamm enthalten";
+        const QString jn = "KontoZusatzdaten-JN-Kennzeichen falsch - bitte berichtigen";
+        // Every way out except the account list checks the field's own entry first.
+        for (const char *w :
+             {"cmdExit", "cmdHilfe", "cmdKontoNeueröff", "cmdKontoLöschen", "cmdPruefliste",
+              "Reiter", "Bild ab", "Escape", "Schließen", "Pfeil"}) {
+            QTest::addRow("zl x, %s", w) << "inpZLSperre"
+                                         << "x" << w << zl << "";
+        }
+        QTest::newRow("vd Q, neu") << "inpVerdichtKZ"
+                                   << "Q"
+                                   << "cmdKontoNeueröff" << vd << "";
+        QTest::newRow("vd Q, Reiter") << "inpVerdichtKZ"
+                                      << "Q"
+                                      << "Reiter" << vd << "";
+        for (const char *w : {"cmdExit", "cmdHilfe", "cmdKontoNeueröff", "Reiter", "Bild auf"})
+            QTest::addRow("ust, %s", w) << "inpKontoUstKtoNr"
+                                        << "4711" << w << ust << "";
+        QTest::newRow("sbk, Beenden") << "inpKontoSbkGuvKontoNr"
+                                      << "4711"
+                                      << "cmdExit" << sbk << "";
+        QTest::newRow("sbk, Bild ab") << "inpKontoSbkGuvKontoNr"
+                                      << "4711"
+                                      << "Bild ab" << sbk << "";
+        QTest::newRow("ebk, neu") << "inpKontoEbkKontoNr"
+                                  << "4711"
+                                  << "cmdKontoNeueröff" << ebk << "";
+        QTest::newRow("ebk, Escape") << "inpKontoEbkKontoNr"
+                                     << "4711"
+                                     << "Escape" << ebk << "";
+        // The code field of the additional-data flag has no check of its own: the record has.
+        for (const char *w : {"Bild ab", "Reiter", "Reitertaste", "Schließen", "Pfeil"}) {
+            QTest::addRow("zusatzdaten 2, %s", w) << "inpKontoZusatzDatenJN"
+                                                  << "2" << w << jn << "cmbKontoZusatzdatenJN";
+        }
+    }
+    void verlassenIstGeprueft()
+    {
+        QFETCH(QString, feld);
+        QFETCH(QString, eingabe);
+        QFETCH(QString, weg);
+        QFETCH(QString, meldung);
+        QFETCH(QString, fokus);
+        standardKonten();
+        oeffnen();
+        auto *f = c<QLineEdit>(qPrintable(feld));
+        seiteVon(f);
+        const int seite = m_form->seite();
+        const QString spalte = f->property("DataField").toString();
+        const QString vorher = gespeichert("1000", spalte).toString();
+        fokusAuf(f);
+        f->setText(eingabe);
+        QSignalSpy seitenwechsel(c<QTabBar>("TabStrip1"), &QTabBar::currentChanged);
+        fremdeDialogeAbweisen();
+        this->weg(weg);
+        QCOMPARE(m_boxen->texte(), QStringList {meldung});
+        QVERIFY(m_form->isVisible());
+        QCOMPARE(m_fremdeDialoge, 0);
+        QCOMPARE(aktuell(), "1000");
+        QCOMPARE(gespeichert("1000", spalte).toString(), vorher);
+        // The page never changed, not even for a moment, and the field keeps the focus.
+        QCOMPARE(seitenwechsel.count(), 0);
+        QCOMPARE(m_form->seite(), seite);
+        QTRY_COMPARE(QApplication::focusWidget(), fokus.isEmpty() ? f : c(qPrintable(fokus)));
+        QCOMPARE(f->text(), eingabe);
+        f->setText(feld.contains("Zusatz") ? "0" : "");
+    }
+
     void steuerkontoZusatzSofortGespeichert()
     {
         standardKonten();
@@ -693,12 +797,16 @@ private slots:
         const int anfang = m_boxen->anzahl(); // a wrong reference is said when shown
         m_form->seiteZeigen(vonSeite);
         const int nach = vonSeite == 2 ? 5 : 2;
+        QSignalSpy seitenwechsel(c<QTabBar>("TabStrip1"), &QTabBar::currentChanged);
         reiter(nach);
         if (titel.isEmpty()) {
             QCOMPARE(m_boxen->anzahl(), anfang);
             QCOMPARE(m_form->seite(), nach);
+            QCOMPARE(seitenwechsel.count(), 1);
             return;
         }
+        // Refused before the tab bar changed: the other page was never selected.
+        QCOMPARE(seitenwechsel.count(), 0);
         QCOMPARE(m_boxen->anzahl(), anfang + 1);
         if (titel != u"-")
             QCOMPARE(m_boxen->letzter().titel, titel);
@@ -776,6 +884,45 @@ private slots:
         QCOMPARE(this->gespeichert("1000", "KontoTypus").toInt(), gespeichert);
     }
 
+    void typwechselBeimVerlassen_data()
+    {
+        QTest::addColumn<QString>("weg");
+        QTest::addColumn<QList<int>>("antworten");
+        QTest::addColumn<int>("gespeichert");
+        for (const char *w : {"Bild ab", "Bild auf", "cmdKontoListe", "Escape", "Schließen",
+                              "cmdExit", "Pfeil", "Reiter"}) {
+            QTest::addRow("%s, ja belässt", w) << w << QList<int> {vbYes} << 0;
+        }
+        QTest::newRow("Bild ab, dreimal nein") << "Bild ab" << QList<int> {vbNo, vbNo, vbNo} << 1;
+    }
+    void typwechselBeimVerlassen()
+    {
+        QFETCH(QString, weg);
+        QFETCH(QList<int>, antworten);
+        QFETCH(int, gespeichert);
+        standardKonten();
+        m_db->execute("INSERT INTO ObjKanzleiSalden (SSObjNr, SSBuNr, SSJJ, SSKontoNr) "
+                      "VALUES (1, 4, 2003, '1200')");
+        oeffnen();
+        taste(Qt::Key_PageDown);
+        ListeAttrappe::s_auswahl = "2000";
+        // The type is changed and the focus is still in the combo.
+        waehle(kombi("cmbKontoTypus"), "Objektkonto");
+        for (int a : antworten)
+            m_boxen->antworte(a);
+        fremdeDialogeAbweisen();
+        this->weg(weg);
+        QCOMPARE(m_boxen->anzahl(), antworten.size());
+        QCOMPARE(m_boxen->eintraege().at(0).titel, "Bereits Buchungen zum Konto vorhanden");
+        QCOMPARE(m_fremdeDialoge, 0);
+        if (m_form->isVisible() && aktuell() == "1200") {
+            QCOMPARE(feldText("inpKontoTypus"), QString::number(gespeichert));
+            taste(Qt::Key_PageDown);
+        }
+        QCOMPARE(this->gespeichert("1200", "KontoTypus").toInt(), gespeichert);
+        QCOMPARE(m_boxen->anzahl(), antworten.size());
+    }
+
     void typRichtungUndGrenzen()
     {
         standardKonten();
@@ -821,6 +968,7 @@ private slots:
         oeffnen();
         int zeilen = -1;
         QString erste;
+        QString hilfe;
         QTimer::singleShot(0, this, [&] {
             auto *d = qobject_cast<frmPruefliste *>(QApplication::activeModalWidget());
             QVERIFY(d);
@@ -828,6 +976,10 @@ private slots:
             zeilen = liste->topLevelItemCount();
             const QTreeWidgetItem *z = liste->topLevelItem(0);
             erste = z->text(0) + '|' + z->text(1) + '|' + z->text(2);
+            // F1 on a line explains the field the line names.
+            liste->setFocus();
+            QTest::keyClick(liste, Qt::Key_F1);
+            hilfe = hilfeAnker() + '|' + d->befund(0).feld;
             liste->setCurrentItem(liste->topLevelItem(1));
             QTest::keyClick(liste, Qt::Key_Return);
         });
@@ -836,6 +988,7 @@ private slots:
         // Page and field as the screen captions them.
         QCOMPARE(erste, "1200|BkAbr-Definitionen|BK-Mieter-/Eigentümer-Abr");
         QCOMPARE(c<QLabel>("Label5")->text(), "BK-Mieter-/Eigentümer-Abr:");
+        QCOMPARE(hilfe, "cmbBkENAbrDef|cmbBkENAbrDef");
         QCOMPARE(aktuell(), "2000");
         QCOMPARE(m_form->seite(), 7);
         QTRY_COMPARE(m_form->focusWidget(), c("inpKontoEbkKontoNr"));

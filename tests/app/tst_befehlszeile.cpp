@@ -39,6 +39,10 @@ private slots:
                                            << QStringLiteral("gehört zu \"jahreswechsel\"");
         QTest::newRow("trial run on check") << QStringList {"pruefen", "2024", "--probelauf"}
                                             << QStringLiteral("gehört zu \"import\"");
+        QTest::newRow("sql without place")
+            << QStringList {"sql"} << QStringLiteral("erwartet den Ort der Datenbank");
+        QTest::newRow("sql two statements") << QStringList {"sql", "k.zdb", "SELECT 1", "SELECT 2"}
+                                            << QStringLiteral("höchstens eine Anweisung");
     }
     void fehler()
     {
@@ -65,6 +69,12 @@ private slots:
         QCOMPARE(a->art, Aufruf::Art::Import);
         QCOMPARE(a->datei, "konten.csv");
         QVERIFY(!a->ohneSchreiben);
+        a = befehlszeileLesen({"sql", "k.zdb", "SELECT * FROM Konten WHERE KontoNr = '0001'"},
+                              meldung);
+        QVERIFY(a);
+        QCOMPARE(a->art, Aufruf::Art::Sql);
+        QCOMPARE(a->datenbank, "k.zdb");
+        QCOMPARE(a->anweisung, "SELECT * FROM Konten WHERE KontoNr = '0001'");
     }
 
     void aufrufInfoSlots()

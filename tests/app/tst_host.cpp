@@ -31,6 +31,7 @@ private:
     Ergebnis starten(const QStringList &argumente, bool bildschirm = false);
     QString pfad(const char *name) const { return m_dir.filePath(QString::fromUtf8(name)); }
     QTemporaryDir m_dir;
+    QByteArray m_eingabe; // standard input of the next start
 };
 
 tst_Host::Ergebnis tst_Host::starten(const QStringList &argumente, bool bildschirm)
@@ -46,6 +47,8 @@ tst_Host::Ergebnis tst_Host::starten(const QStringList &argumente, bool bildschi
         env.remove(QStringLiteral("QT_QPA_PLATFORM"));
     p.setProcessEnvironment(env);
     p.start(QStringLiteral(ZEP_KONTENSTAMM), argumente);
+    p.write(m_eingabe);
+    p.closeWriteChannel();
     Ergebnis e;
     if (!p.waitForFinished(120000)) {
         p.kill();
@@ -204,6 +207,27 @@ void tst_Host::jahreswerkzeugeOhneBildschirm()
     QCOMPARE(e.code, 1);
     e = starten(QStringList {"import", "2032", csv, "--probelauf"} + db);
     QVERIFY2(e.aus.contains("314 Zeilen gelesen, 0 Fehler"), qPrintable(e.aus));
+    e = starten(QStringList {"pruefen", "2026", "--datenbank", "/nirgends/k.zdb"});
+    QCOMPARE(e.code, 2);
+
+    // The administrator's console reads, from the command line or standard input, and never
+    // writes.
+    const auto inhalt = [&] {
+        QFile f(demo);
+        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+    };
+    const QByteArray vorher = inhalt();
+    e = starten(
+        {"sql", demo, "SELECT count(*) AS n FROM ObjKanzleiKontenstamm WHERE KontoJJ = 2030"});
+    QCOMPARE(e.code, 0);
+    QCOMPARE(e.aus, "n\n314\n");
+    m_eingabe = "PRAGMA cipher_version;\nDELETE\n  FROM ObjKanzleiKontenstamm;\nSELECT 7;";
+    e = starten({"sql", demo});
+    m_eingabe.clear();
+    QCOMPARE(e.code, 1);
+    QVERIFY2(e.aus.startsWith("cipher_version\n4.") && e.aus.endsWith("7\n7\n"), qPrintable(e.aus));
+    QVERIFY2(e.fehler.contains("readonly"), qPrintable(e.fehler));
+    QCOMPARE(inhalt(), vorher);
 }
 
 // The summaries speak of one account in the singular.

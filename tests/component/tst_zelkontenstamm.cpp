@@ -2,12 +2,15 @@
 #include "frame/mdlKontenStamm.h"
 #include "platform/core/RuntimeError.h"
 #include "platform/storage/Database.h"
+#include "platform/storage/Recordset.h"
 #include "platform/storage/Schema.h"
 #include "platform/ui/MsgBox.h"
 #include "zelKontenStamm.h"
 
 #include <QApplication>
 #include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTemporaryDir>
@@ -24,11 +27,38 @@ QVariantList info(int verarbeitungsjahr = 2025)
     i[0] = QStringLiteral("/tmp/nicht-vorhanden.zdb");
     i[2] = 0;
     i[4] = QStringLiteral("Access 2000;");
+    i[7] = QStringLiteral(ZEP_HILFE_QUELLE);
     i[9] = 0;
     i[10] = 2025;
     i[11] = verarbeitungsjahr;
     i[42] = 0;
     return i;
+}
+
+// Runs `schritt` on the modal screen once the call shows it.
+void imModalen(const std::function<void(QDialog &)> &schritt)
+{
+    QTimer::singleShot(0, [schritt] {
+        auto *modal = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        QVERIFY(modal);
+        schritt(*modal);
+    });
+}
+
+QString text(QDialog &d, const char *name)
+{
+    if (auto *l = d.findChild<QLabel *>(QString::fromUtf8(name)))
+        return l->text();
+    if (auto *e = d.findChild<QLineEdit *>(QString::fromUtf8(name)))
+        return e->text();
+    return QStringLiteral("<%1 fehlt>").arg(QString::fromUtf8(name));
+}
+
+std::shared_ptr<platform::storage::Database> datenbank(const QString &pfad)
+{
+    auto db = platform::storage::Database::create(pfad);
+    platform::storage::schemaAnlegen(*db);
+    return db;
 }
 
 int fehlernummerVon(const std::function<void()> &f)
@@ -94,6 +124,103 @@ private slots:
         QCOMPARE(mdlKontenStamm::Buchungsjahr, qint16(2025));
         QCOMPARE(mdlKontenStamm::VerarbeitungsBuchungsjahr, qint16(2003));
         QCOMPARE(mdlKontenStamm::DatenbankPfad, pfad);
+        QCOMPARE(boxen.anzahl(), 0);
+    }
+
+    // A second call on the same object shows its own year, and its edits go to that year; the
+    // first call ends either by closing or by the host hiding the screen.
+    void jederAufrufLaedtSeinJahr_data()
+    {
+        QTest::addColumn<bool>("ersterAusgeblendet");
+        QTest::newRow("closed") << false;
+        QTest::newRow("hidden by the host") << true;
+    }
+    void jederAufrufLaedtSeinJahr()
+    {
+        QFETCH(bool, ersterAusgeblendet);
+        QTemporaryDir dir;
+        const QString pfad = dir.filePath(QStringLiteral("kanzlei.zdb"));
+        auto db = datenbank(pfad);
+        const QString einfuegen = QStringLiteral("INSERT INTO ObjKanzleiKontenstamm (KontoNr, "
+                                                 "KontoJJ, KontoBezeichnung) VALUES (?, ?, ?)");
+        db->execute(einfuegen, {QStringLiteral("1000"), 2025, QStringLiteral("Kassa")});
+        db->execute(einfuegen, {QStringLiteral("0500"), 2026, QStringLiteral("Erlöse")});
+        db->execute(einfuegen, {QStringLiteral("1000"), 2026, QStringLiteral("Kassa")});
+        MsgBoxProtokoll boxen;
+        zelKontenStamm k;
+        QVariantList i = info(2025);
+        i[0] = pfad;
+
+        QStringList gesehen;
+        imModalen([&](QDialog &d) {
+            gesehen << text(d, "lblBuchjahr") + u' ' + text(d, "inpKontoNr");
+            if (ersterAusgeblendet)
+                k.ausblenden();
+            else
+                d.close();
+        });
+        k.Kontenstamm_Aufruf(i);
+        QCOMPARE(bool(k.bildschirm()), ersterAusgeblendet);
+
+        i[10] = 2026;
+        imModalen([&](QDialog &d) {
+            gesehen << text(d, "lblBuchjahr") + u' ' + text(d, "inpKontoNr");
+            d.findChild<QLineEdit *>(QStringLiteral("inpKontoBezeichnung"))
+                ->setText(QStringLiteral("Erlöse Miete"));
+            d.close();
+        });
+        k.Kontenstamm_Aufruf(i);
+        QCOMPARE(gesehen, (QStringList {QStringLiteral("2025 1000"), QStringLiteral("2026 0500")}));
+        QVERIFY(!k.bildschirm());
+        const QString lesen = QStringLiteral("SELECT KontoJJ || ' ' || KontoNr || ' ' || "
+                                             "KontoBezeichnung FROM ObjKanzleiKontenstamm "
+                                             "ORDER BY KontoJJ, KontoNr");
+        QStringList zeilen;
+        for (platform::storage::Recordset rs(db, lesen); !rs.eof(); rs.MoveNext())
+            zeilen << rs.feld(0).toString();
+        QCOMPARE(zeilen,
+                 (QStringList {QStringLiteral("2025 1000 Kassa"),
+                               QStringLiteral("2026 0500 Erlöse Miete"),
+                               QStringLiteral("2026 1000 Kassa")}));
+        QCOMPARE(boxen.anzahl(), 0);
+    }
+
+    // The creditor screen is loaded anew as well: each call shows its own database and year.
+    void kreditorenJederAufrufNeu()
+    {
+        QTemporaryDir dir;
+        const QString einfuegen = QStringLiteral(
+            "INSERT INTO KreditorenKontenstamm (KrKontoNr, KrKontoBezeichnung, KrKontoTypus, "
+            "KrStornoDatum) VALUES (?, ?, '0', 0)");
+        QStringList pfade;
+        std::vector<std::shared_ptr<platform::storage::Database>> dbs;
+        for (const char *name : {"a.zdb", "b.zdb"}) {
+            pfade << dir.filePath(QString::fromLatin1(name));
+            dbs.push_back(datenbank(pfade.last()));
+        }
+        dbs[0]->execute(einfuegen, {100, QStringLiteral("Alpha")});
+        dbs[1]->execute(einfuegen, {200, QStringLiteral("Beta")});
+        MsgBoxProtokoll boxen;
+        zelKontenStamm k;
+        QStringList gesehen;
+        for (int n = 0; n < 2; ++n) {
+            QVariantList i = info(2025);
+            i[0] = pfade[n];
+            i[10] = 2025 + n;
+            imModalen([&, n](QDialog &d) {
+                gesehen << text(d, "lblBuchjahr") + u' ' + text(d, "inpKrKontoNr");
+                if (n == 1) {
+                    d.findChild<QLineEdit *>(QStringLiteral("inpKrKontoBezeichnung"))
+                        ->setText(QStringLiteral("Beta GmbH"));
+                }
+                d.close();
+            });
+            k.KreditorenBildschirm_Aufruf(i);
+        }
+        QCOMPARE(gesehen, (QStringList {QStringLiteral("2025 100"), QStringLiteral("2026 200")}));
+        const QString name = QStringLiteral("SELECT KrKontoBezeichnung FROM KreditorenKontenstamm");
+        QCOMPARE(dbs[0]->scalar(name).toString(), QStringLiteral("Alpha"));
+        QCOMPARE(dbs[1]->scalar(name).toString(), QStringLiteral("Beta GmbH"));
         QCOMPARE(boxen.anzahl(), 0);
     }
 
@@ -178,6 +305,7 @@ private slots:
         QTest::addColumn<QVariant>("wert");
         QTest::addColumn<int>("fehler");
         QTest::newRow("no index 42") << 42 << 0 << QVariant(QStringLiteral("x")) << 9;
+        QTest::newRow("no index 42, slot 2 = 98") << 42 << 2 << QVariant(98) << 9;
         QTest::newRow("year text") << 101 << 10 << QVariant(QStringLiteral("zwei")) << 13;
         QTest::newRow("processing year text") << 101 << 11 << QVariant(QStringLiteral("x")) << 13;
         QTest::newRow("year overflow") << 101 << 10 << QVariant(70000) << 6;

@@ -5,6 +5,7 @@
 #include "creditors/frmKrNeu.h"
 #include "creditors/frmKreditorenKontenStamm.h"
 #include "creditors/mdlKreditoren.h"
+#include "frame/Hilfefenster.h"
 #include "frame/mdlFehlerZL.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/core/CreateObject.h"
@@ -16,6 +17,7 @@
 #include "ui_frmKrNeu.h"
 #include "ui_frmKreditorenKontenStamm.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QLabel>
@@ -161,6 +163,7 @@ private slots:
     {
         mks::zuruecksetzen();
         kr::zuruecksetzen();
+        mks::AufrufInfo[mks::slot::Hilfedatei] = QStringLiteral(ZEP_HILFE_QUELLE);
         FehlerDialogAttrappe::s_berichte.clear();
         ListenAttrappe::s_info.clear();
         ListenAttrappe::s_nr = QVariant();
@@ -183,6 +186,7 @@ private slots:
 
     void cleanup()
     {
+        delete frame::Hilfefenster::offenes();
         m_form.reset();
         m_db.reset();
         const QStringList warnungen = m_boxen->warnungen();
@@ -211,6 +215,44 @@ private slots:
         QVERIFY(m_db->hasTable("ObjKanzleiKontenstamm"));
         QVERIFY(m_db->hasTable("BilanzPos"));
         QVERIFY(texte().isEmpty());
+    }
+
+    // --- help ---
+
+    // F1 opens the help at the creditor screen's own sections, also in the number dialog; a
+    // missing help file is said once at load.
+    void f1ZeigtDieHilfeDesFeldes()
+    {
+        standardKonten();
+        oeffnen();
+        QStringList anker;
+        const auto f1 = [&anker](QWidget *w) {
+            w->setFocus();
+            QTest::keyClick(w, Qt::Key_F1);
+            auto *h = frame::Hilfefenster::offenes();
+            anker << (h && h->isVisible() ? h->anker() : QString());
+        };
+        f1(ui().cmbKontoTypus);
+        f1(ui().cmdKontoLöschen);
+        bool gesehen = false;
+        imDialog(gesehen, [&](frmKrNeu &d) {
+            f1(d.findChild<QWidget *>(QStringLiteral("inpNeuEröffKontoNr")));
+            d.findChild<QPushButton *>(QStringLiteral("cmdAbbrechen"))->click();
+        });
+        ui().cmdKontoNeueröff->click();
+        QVERIFY(gesehen);
+        QCOMPARE(anker,
+                 (QStringList {"frmKreditorenKontenStamm.cmbKontoTypus",
+                               "frmKreditorenKontenStamm.cmdKontoLöschen",
+                               "frmKrNeu.inpNeuEröffKontoNr"}));
+        QVERIFY(texte().isEmpty());
+
+        m_form.reset();
+        mks::AufrufInfo[mks::slot::Hilfedatei] = QString();
+        oeffnen();
+        QCOMPARE(texte(),
+                 QStringList {"Die Definition für den App.Helpfile = leer\r\n"
+                              "Es kann keine Onlinehilfe angezeigt werden !"});
     }
 
     // --- loading and navigation ---
@@ -283,6 +325,16 @@ private slots:
         // The combo never changed the type itself: nothing was written.
         QCOMPARE(gespeichert(100, "KrKontoTypus").toString(), "0");
         QCOMPARE(gespeichert(200, "KrKontoTypus").toString(), "1");
+        // With the list open the keys pick no other type either.
+        auto *kombi = ui().cmbKontoTypus;
+        kombi->showPopup();
+        QTRY_VERIFY(kombi->view()->isVisible());
+        QTest::keyClick(kombi->view(), Qt::Key_PageDown);
+        QTest::keyClick(kombi->view(), Qt::Key_Return);
+        QTRY_VERIFY(!kombi->view()->isVisible());
+        QCOMPARE(kombi->currentIndex(), 0);
+        QCOMPARE(ui().inpKrKontoTypus->text(), "0");
+        QCOMPARE(nr(), 100);
     }
 
     void gespeicherterTypZweiIstUngueltig()
@@ -667,6 +719,92 @@ private slots:
         QCOMPARE(ui().inpKrKontoNr->text(), QString::number(danach));
         QCOMPARE(QApplication::focusWidget(), ui().inpKrKontoBezeichnung);
         QVERIFY(!kr::KrLöschungLäuft);
+    }
+
+    void nachDemLetztenKontoSchliessbar()
+    {
+        konto(100, "Alpha", "0");
+        oeffnen();
+        fokusAuf(ui().inpKrKontoBezeichnung);
+        ui().inpKrKontoBezeichnung->clear();
+        fokusVersuch(ui().inpKrKontoNr);
+        QVERIFY(mks::PruefungFehlgeschlagen);
+        // The faulty row goes; the check that failed on it must not keep the screen open.
+        m_boxen->antworte(vbYes);
+        QTest::mouseClick(ui().cmdKontoLöschen, Qt::LeftButton);
+        QCOMPARE(anzahl("KreditorenKontenstamm"), 0);
+        QVERIFY(m_form->close());
+        QCOMPARE(texte(),
+                 (QStringList {"KontoBezeichnung darf nicht leer gelassen werden",
+                               "KreditorenKontenstammsatz löschen ?"}));
+    }
+
+    void nachschlagenOhneTabelle_data()
+    {
+        QTest::addColumn<QString>("tabelle"); // made unreadable after loading
+        QTest::addColumn<QString>("aktion");
+        QTest::addColumn<QString>("ort");
+        QTest::addColumn<QStringList>("meldungen");
+        QTest::newRow("lesen") << "KreditorenKontenstamm"
+                               << "lesen"
+                               << "dllKontenStamm, in KrChkSelect" << QStringList();
+        QTest::newRow("neu") << "KreditorenKontenstamm"
+                             << "neu"
+                             << "dllKontenStamm, in KrChkSelect" << QStringList();
+        QTest::newRow("löschen")
+            << "KreditorenBuchungen"
+            << "löschen"
+            << "dllKontenStamm, in KrBuchungenSelect"
+            << QStringList {"KreditorenKontenstammsatz löschen ?",
+                            "KreditorenKonto mit der Konto-Nr: 100 wurde nicht gelöscht, da die "
+                            "Buchungen zu diesem Konto nicht gelesen werden konnten."};
+        QTest::newRow("typ") << "KreditorenBuchungen"
+                             << "typ"
+                             << "dllKontenStamm, in KrBuchungenSelect" << QStringList();
+    }
+
+    void nachschlagenOhneTabelle()
+    {
+        QFETCH(QString, tabelle);
+        QFETCH(QString, aktion);
+        QFETCH(QString, ort);
+        QFETCH(QStringList, meldungen);
+        standardKonten();
+        oeffnen();
+        // Leaving the number field reads it again, and with it the postings: not here.
+        fokusAuf(aktion == u"typ" ? ui().inpKrKontoTypus : ui().inpKrKontoBezeichnung);
+        m_db->execute("DROP TABLE " + tabelle);
+        if (aktion == u"lesen") {
+            // Not knowing whether 555 exists, nothing is read and no opening offered.
+            fokusAuf(ui().inpKrKontoNr);
+            ui().inpKrKontoNr->setText("555");
+            taste(Qt::Key_Return);
+            QCOMPARE(ui().inpKrKontoNr->text(), "100");
+        } else if (aktion == u"neu") {
+            bool gesehen = false;
+            bool offen = false;
+            imDialog(gesehen, [&](frmKrNeu &d) {
+                d.ui().inpNeuEröffKontoNr->setText("555");
+                QTest::mouseClick(d.ui().cmdOK, Qt::LeftButton);
+                offen = d.isVisible();
+                QTest::mouseClick(d.ui().cmdAbbrechen, Qt::LeftButton);
+            });
+            ui().cmdKontoNeueröff->click();
+            QVERIFY(gesehen);
+            QVERIFY(offen);
+        } else if (aktion == u"löschen") {
+            m_boxen->antworte(vbYes);
+            QTest::mouseClick(ui().cmdKontoLöschen, Qt::LeftButton);
+            QCOMPARE(anzahl("KreditorenKontenstamm"), 3);
+        } else {
+            // Without the postings no correction is made against them.
+            ui().inpKrKontoTypus->setText("1");
+            fokusAuf(ui().inpKrKontoBezeichnung);
+            QCOMPARE(ui().inpKrKontoTypus->text(), "1");
+        }
+        QCOMPARE(FehlerDialogAttrappe::s_berichte, QStringList {"3078|" + ort});
+        QCOMPARE(texte(), meldungen);
+        QCOMPARE(nr(), 100);
     }
 
     void loeschenNichtBestaetigt()

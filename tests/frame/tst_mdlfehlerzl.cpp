@@ -4,6 +4,8 @@
 #include "platform/core/CreateObject.h"
 #include "platform/ui/MsgBox.h"
 
+#include <QApplication>
+#include <QLineEdit>
 #include <QTemporaryFile>
 #include <QTest>
 
@@ -44,17 +46,48 @@ private slots:
         FalscherFehlerDialog::s_fehlerBeimAnzeigen = 0;
     }
 
+    // Help file and help context go to the dialog only with help: the context is that of the
+    // control the user is in, else the screen that runs.
+    void neunWerteInDieserReihenfolge_data()
+    {
+        QTest::addColumn<QString>("hilfedatei");
+        QTest::addColumn<QString>("fokus");
+        QTest::addColumn<QString>("kontext");
+        QTest::newRow("without help") << QString() << "inpKontoUstKtoNr"
+                                      << "0";
+        QTest::newRow("focus in a field") << ZEP_HILFE_QUELLE << "inpKontoUstKtoNr"
+                                          << "inpKontoUstKtoNr";
+        QTest::newRow("no focus") << ZEP_HILFE_QUELLE << QString() << "frmKontenStamm";
+    }
     void neunWerteInDieserReihenfolge()
     {
+        QFETCH(QString, hilfedatei);
+        QFETCH(QString, fokus);
+        QFETCH(QString, kontext);
         platform::KomponentenRegistrierung fake(QStringLiteral("zelAllgError"), [] {
             return std::make_unique<FalscherFehlerDialog>();
         });
         MsgBoxProtokoll boxen;
+        boxen.setAntwortFunktion([](const platform::MsgBoxEintrag &) { return platform::vbOK; });
+        mdlKontenStamm::AufrufInfo[7] = hilfedatei;
+        mdlFehlerZL::HilfeAufrufChk();
+        boxen.leeren();
+        QWidget form;
+        form.setObjectName(QStringLiteral("frmKontenStamm"));
+        auto *feld = new QLineEdit(&form);
+        feld->setObjectName(QStringLiteral("inpKontoUstKtoNr"));
+        if (!fokus.isEmpty()) {
+            form.show();
+            QApplication::setActiveWindow(&form);
+            QVERIFY(QTest::qWaitForWindowActive(&form));
+            feld->setFocus();
+            QTRY_COMPARE(QApplication::focusWidget(), feld);
+        }
         mdlKontenStamm::AktuellesProgramm = QStringLiteral("frmKontenStamm");
         mdlFehlerZL::FehlerMelden(QStringLiteral("zelKontenStamm, in KKChkSelect"),
                                   RuntimeError(3078, QStringLiteral("Tabelle fehlt")));
-        const QVariantList erwartet{3078, QStringLiteral("Tabelle fehlt"), QString(),
-                                    QStringLiteral("0"), QStringLiteral("frmKontenStamm"),
+        const QVariantList erwartet{3078, QStringLiteral("Tabelle fehlt"), hilfedatei,
+                                    kontext, QStringLiteral("frmKontenStamm"),
                                     QStringLiteral("zelKontenStamm, in KKChkSelect"), QString(),
                                     QString(), false};
         QCOMPARE(FalscherFehlerDialog::s_werte, erwartet);

@@ -1,5 +1,6 @@
 #include "platform/core/CreateObject.h"
 #include "platform/core/RuntimeError.h"
+#include "platform/ui/Hilfeaufruf.h"
 #include "siblings/zelAllgError.h"
 
 #include <QLabel>
@@ -127,17 +128,27 @@ void tst_zelAllgError::hilfeNurMitHilfedatei()
     QFETCH(QString, hilfedatei);
     QFETCH(bool, hilfeknopf);
     siblings::zelAllgError e;
+    // The help button hands file and context to the help the component was given.
+    QStringList geoeffnet;
+    platform::setHilfeOeffner([&geoeffnet](const QString &datei, const QString &kontext) {
+        geoeffnet << datei + u'#' + kontext;
+        return true;
+    });
     bool knopf = !hilfeknopf;
     DialogPruefer p([&](siblings::AllgErrorDialog *d) {
         auto *h = d->findChild<QPushButton *>(QStringLiteral("cmdHilfe"));
         knopf = h && h->text() == QStringLiteral("Hilfe");
+        if (h)
+            h->click();
         d->accept();
     });
     const auto w = neunWerte(hilfedatei);
     e.Melden(w[0].toInt(), w[1].toString(), w[2].toString(), w[3].toString(), w[4].toString(),
              w[5].toString(), w[6].toString(), w[7].toString(), false);
+    platform::setHilfeOeffner({});
     QVERIFY(p.gesehen);
     QCOMPARE(knopf, hilfeknopf);
+    QCOMPARE(geoeffnet, hilfeknopf ? QStringList {hilfedatei + "#4711"} : QStringList {});
 }
 
 void tst_zelAllgError::falscheArgumente()

@@ -2,14 +2,16 @@
 // integrity check and every account must be either its old or its new version, never a mix.
 // A writer process saves the accounts again and again through the screens' save path, changing
 // three fields of a record together; the parent kills it at a random moment, checks, and starts
-// the next trial.
+// the next trial. On the file engine, further processes are killed while they move a file of the
+// old format to the current one: afterwards the file must open with every row.
 //
-//   zep_absturz [--versuche 150] [--engine sqlcipher|postgresql|beide]
+//   zep_absturz [--versuche 150] [--umstellungen 40] [--engine sqlcipher|postgresql|beide]
 //
 // PostgreSQL needs ZEP_TEST_PG_URI. Exit code 0 when every trial found a consistent database.
 #include "common/TestDatenbank.h"
 #include "platform/storage/Database.h"
 #include "platform/storage/Schema.h"
+#include "platform/storage/SqlCipherDatabase.h"
 #include "platform/ui/DataControl.h"
 #include "platform/ui/MsgBox.h"
 #include "stress/Engines.h"
@@ -20,12 +22,14 @@
 #include <QLineEdit>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QTemporaryDir>
 #include <QThread>
 #include <csignal>
 #include <cstdio>
 
 using platform::storage::Database;
 using platform::storage::Engine;
+using platform::storage::SqlCipherDatabase;
 
 namespace {
 
@@ -94,6 +98,92 @@ QString pruefen(Database &db, Engine engine)
     return {};
 }
 
+// Opens the file, which moves it when it is in the old format, and waits to be killed.
+int umsteller(const QString &ort)
+{
+    std::printf("bereit\n");
+    std::fflush(stdout);
+    auto db = Database::open(ort);
+    std::printf("fertig\n");
+    std::fflush(stdout);
+    for (;;)
+        QThread::sleep(1);
+}
+
+// Every table's row count, and the integrity check.
+QStringList inhalt(Database &db)
+{
+    QStringList z {db.scalar(QStringLiteral("PRAGMA integrity_check")).toString()};
+    auto c = db.query(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table' "
+                                     "ORDER BY name"));
+    while (c->next())
+        z.append(c->wert(0).toString());
+    for (qsizetype i = 1; i < z.size(); ++i)
+        z[i] += QLatin1Char(' ')
+            + db.scalar(QStringLiteral("SELECT count(*) FROM \"%1\"").arg(z[i])).toString();
+    return z;
+}
+
+// Kills processes moving a copy of the old-format file (with the WAL a killed writer left) at
+// random moments; afterwards the file must open with what it held. Returns false on a loss.
+bool umstellungenAbbrechen(int versuche)
+{
+    QTemporaryDir dir;
+    const auto kopie = [&](const QString &name) {
+        const QString pfad = dir.filePath(name);
+        for (const QString &n :
+             {pfad, pfad + QStringLiteral("-wal"), pfad + QStringLiteral("-shm"),
+              pfad + QStringLiteral(".umstellung"), pfad + QStringLiteral(".vor-umstellung")})
+            QFile::remove(n);
+        QFile::copy(QStringLiteral(ZEP_ALTDATEI), pfad);
+        QFile::copy(QStringLiteral(ZEP_ALTDATEI "-wal"), pfad + QStringLiteral("-wal"));
+        return pfad;
+    };
+    const QStringList erwartet = inhalt(*SqlCipherDatabase::oeffnenNurLesen(
+        kopie(QStringLiteral("muster.zdb")), platform::storage::DBPasswort));
+    QElapsedTimer uhr;
+    uhr.start();
+    int neu = 0, sicherungen = 0;
+    QString fehler;
+    qint64 dauer = 0; // of a move left alone, measured in the first round
+    for (int v = -1; v < versuche && fehler.isEmpty(); ++v) {
+        const QString ort = kopie(QStringLiteral("alt.zdb"));
+        QProcess proc;
+        proc.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        proc.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--umsteller"), ort});
+        if (!proc.waitForReadyRead(30000)) {
+            fehler = QStringLiteral("Umsteller startet nicht");
+            break;
+        }
+        proc.readLine();
+        if (v < 0) {
+            QElapsedTimer t;
+            t.start();
+            while (!proc.canReadLine() && proc.waitForReadyRead(30000)) { }
+            dauer = t.elapsed();
+        } else {
+            // Before, during and after the move.
+            QThread::msleep(QRandomGenerator::global()->bounded(int(dauer * 13 / 10) + 1));
+        }
+        ::kill(pid_t(proc.processId()), SIGKILL);
+        proc.waitForFinished(30000);
+        if (SqlCipherDatabase::oeffnenNurLesen(ort, platform::storage::DBPasswort)->format()
+            == SqlCipherDatabase::Format::Aktuell)
+            neu += v >= 0;
+        sicherungen += QFileInfo::exists(ort + QStringLiteral(".vor-umstellung"));
+        // The next program start finishes the move.
+        const QStringList ist = inhalt(*Database::openSeparate(ort));
+        if (ist != erwartet)
+            fehler = QStringLiteral("%1 statt %2").arg(ist.join(u','), erwartet.join(u','));
+    }
+    std::printf("SQLCipher: %d Umstellungen alter Dateien (je %lld ms) abgebrochen (%d schon "
+                "umgestellt, %d Sicherungen liegen geblieben), danach jede vollständig%s%s "
+                "(%.1f s)\n",
+                versuche, dauer, neu, sicherungen, fehler.isEmpty() ? "" : ": NICHT, ",
+                qPrintable(fehler), double(uhr.elapsed()) / 1000.0);
+    return fehler.isEmpty();
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -105,10 +195,16 @@ int main(int argc, char **argv)
                  QStringLiteral("n"), QStringLiteral("150")});
     p.addOption({QStringLiteral("engine"), QStringLiteral("sqlcipher, postgresql oder beide"),
                  QStringLiteral("name"), QStringLiteral("beide")});
+    p.addOption({QStringLiteral("umstellungen"),
+                 QStringLiteral("abgebrochene Umstellungen alter Dateien"), QStringLiteral("n"),
+                 QStringLiteral("40")});
     p.addOption({QStringLiteral("schreiber"), QStringLiteral("(intern)"), QStringLiteral("ort")});
+    p.addOption({QStringLiteral("umsteller"), QStringLiteral("(intern)"), QStringLiteral("ort")});
     p.process(app);
     if (p.isSet(QStringLiteral("schreiber")))
         return schreiber(p.value(QStringLiteral("schreiber")));
+    if (p.isSet(QStringLiteral("umsteller")))
+        return umsteller(p.value(QStringLiteral("umsteller")));
 
     const int versuche = p.value(QStringLiteral("versuche")).toInt();
     bool allesGut = true;
@@ -158,6 +254,9 @@ int main(int argc, char **argv)
                     saves, gut, fehler.isEmpty() ? "" : ": ", qPrintable(fehler),
                     double(uhr.elapsed()) / 1000.0);
         allesGut = allesGut && fehler.isEmpty() && gut == versuche && saves > versuche;
+        if (engine == Engine::SqlCipher)
+            allesGut = umstellungenAbbrechen(p.value(QStringLiteral("umstellungen")).toInt())
+                && allesGut;
     }
     testhilfe::dropAll();
     return allesGut ? 0 : 1;

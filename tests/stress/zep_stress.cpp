@@ -2,7 +2,9 @@
 // with a bound field): each process adds 1 to a counter field of three shared accounts, again
 // and again; a save refused because another process was faster is reloaded and tried again.
 // Afterwards every counter must equal the number of saves that went through: a difference is a
-// lost update.
+// lost update. On the file engine a second run starts all users at once on a file in the old
+// format: one of them moves it to the current format while the others wait or work on in
+// compatibility mode, and no save may get lost on the way.
 //
 //   zep_stress [--prozesse 8] [--saves 200] [--engine sqlcipher|postgresql|beide]
 //
@@ -11,6 +13,7 @@
 #include "common/TestDatenbank.h"
 #include "platform/storage/Database.h"
 #include "platform/storage/Schema.h"
+#include "platform/storage/SqlCipherDatabase.h"
 #include "platform/ui/DataControl.h"
 #include "platform/ui/MsgBox.h"
 #include "stress/Engines.h"
@@ -20,10 +23,13 @@
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QProcess>
+#include <QTemporaryDir>
+#include <QThread>
 #include <cstdio>
 
 using platform::storage::Database;
 using platform::storage::Engine;
+using platform::storage::SqlCipherDatabase;
 
 namespace {
 
@@ -31,8 +37,10 @@ constexpr int Jahr = 2024;
 const QStringList Konten {QStringLiteral("1000"), QStringLiteral("1200"), QStringLiteral("2000")};
 
 // One user: `saves` increments, spread over the accounts. Prints "saves conflicts".
-int benutzer(const QString &ort, int saves, int id)
+// `versatz` ms times the id delay the start, so that users come while another one moves the file.
+int benutzer(const QString &ort, int saves, int id, int versatz)
 {
+    QThread::msleep(versatz * id);
     platform::MsgBoxProtokoll boxen;
     int konflikte = 0;
     // A refused save is reloaded, as a user answering "Ja" would.
@@ -83,12 +91,17 @@ struct Ergebnis
     bool ok = true;
 };
 
-Ergebnis lauf(Engine engine, int prozesse, int saves, const QString &programm)
+Ergebnis lauf(Engine engine, bool altesFormat, int prozesse, int saves, const QString &programm)
 {
     Ergebnis e;
-    const QString ort = testhilfe::neueDatenbank(engine);
+    QTemporaryDir dir;
+    const QString ort
+        = altesFormat ? dir.filePath(QStringLiteral("alt.zdb")) : testhilfe::neueDatenbank(engine);
     {
-        auto db = Database::open(ort);
+        std::shared_ptr<Database> db = altesFormat
+            ? SqlCipherDatabase::anlegen(ort, platform::storage::DBPasswort,
+                                         SqlCipherDatabase::Format::Alt)
+            : Database::open(ort);
         platform::storage::schemaAnlegen(*db);
         for (const QString &nr : Konten) {
             db->execute(QStringLiteral("INSERT INTO ObjKanzleiKontenstamm (KontoNr, KontoJJ, "
@@ -102,7 +115,8 @@ Ergebnis lauf(Engine engine, int prozesse, int saves, const QString &programm)
         proc->setProcessChannelMode(QProcess::ForwardedErrorChannel);
         proc->start(programm,
                     {QStringLiteral("--benutzer"), ort, QStringLiteral("--saves"),
-                     QString::number(saves), QStringLiteral("--id"), QString::number(p)});
+                     QString::number(saves), QStringLiteral("--id"), QString::number(p),
+                     QStringLiteral("--versatz"), altesFormat ? QStringLiteral("300") : "0"});
         laeufe.push_back(std::move(proc));
     }
     for (auto &proc : laeufe) {
@@ -124,6 +138,12 @@ Ergebnis lauf(Engine engine, int prozesse, int saves, const QString &programm)
                                     {Jahr})
                              .toLongLong();
     e.verloren = e.gespeichert - summe;
+    if (altesFormat
+        && SqlCipherDatabase::oeffnenNurLesen(ort, platform::storage::DBPasswort)->format()
+            != SqlCipherDatabase::Format::Aktuell) {
+        std::fprintf(stderr, "Die Datei ist nicht umgestellt worden.\n");
+        e.ok = false;
+    }
     return e;
 }
 
@@ -144,21 +164,32 @@ int main(int argc, char **argv)
                  QStringLiteral("ort")});
     p.addOption({QStringLiteral("id"), QStringLiteral("(intern)"), QStringLiteral("n"),
                  QStringLiteral("0")});
+    p.addOption({QStringLiteral("versatz"), QStringLiteral("(intern)"), QStringLiteral("ms"),
+                 QStringLiteral("0")});
     p.process(app);
     const int saves = p.value(QStringLiteral("saves")).toInt();
     if (p.isSet(QStringLiteral("benutzer")))
         return benutzer(p.value(QStringLiteral("benutzer")), saves,
-                        p.value(QStringLiteral("id")).toInt());
+                        p.value(QStringLiteral("id")).toInt(),
+                        p.value(QStringLiteral("versatz")).toInt());
 
     const int prozesse = p.value(QStringLiteral("prozesse")).toInt();
     bool ok = true;
+    std::vector<std::pair<Engine, bool>> laeufe;
     for (Engine engine : engines(p.value(QStringLiteral("engine")), ok)) {
+        laeufe.push_back({engine, false});
+        if (engine == Engine::SqlCipher)
+            laeufe.push_back({engine, true});
+    }
+    for (const auto &[engine, altesFormat] : laeufe) {
         QElapsedTimer t;
         t.start();
-        const Ergebnis e = lauf(engine, prozesse, saves, QCoreApplication::applicationFilePath());
-        std::printf("%s: %d Prozesse x %d Speichervorgänge: %lld gespeichert, %lld Konflikte "
+        const Ergebnis e
+            = lauf(engine, altesFormat, prozesse, saves, QCoreApplication::applicationFilePath());
+        std::printf("%s%s: %d Prozesse x %d Speichervorgänge: %lld gespeichert, %lld Konflikte "
                     "gemeldet und neu geladen, %lld verlorene Änderungen (%.1f s)\n",
-                    qPrintable(testhilfe::engineName(engine)), prozesse, saves, e.gespeichert,
+                    qPrintable(testhilfe::engineName(engine)),
+                    altesFormat ? ", Datei im alten Format" : "", prozesse, saves, e.gespeichert,
                     e.konflikte, e.verloren, double(t.elapsed()) / 1000.0);
         ok = ok && e.ok && e.verloren == 0 && e.gespeichert == qint64(prozesse) * saves;
     }

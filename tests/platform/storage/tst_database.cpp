@@ -2,12 +2,15 @@
 #include "platform/core/RuntimeError.h"
 #include "platform/storage/Database.h"
 #include "platform/storage/PostgresDatabase.h"
+#include "platform/storage/SqlCipherDatabase.h"
 
 #include <QCryptographicHash>
 #include <QDate>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QTest>
 #include <optional>
 
@@ -16,6 +19,7 @@ using platform::storage::Cursor;
 using platform::storage::Database;
 using platform::storage::Engine;
 using platform::storage::PostgresDatabase;
+using platform::storage::SqlCipherDatabase;
 using platform::storage::Transaktion;
 using platform::storage::Wertart;
 namespace fehlernummer = platform::fehlernummer;
@@ -65,6 +69,50 @@ QString dateiMitDaten(const QString &passwort = platform::storage::DBPasswort)
     return pfad;
 }
 
+// A copy of the file the product wrote before the engine change (tests/platform/storage/daten),
+// with or without the WAL a killed writer left.
+QString altformatKopie(const QTemporaryDir &dir, bool mitWal)
+{
+    static int n = 0;
+    const QString pfad = dir.filePath(QStringLiteral("alt%1.zdb").arg(++n));
+    QFile::copy(QStringLiteral(ZEP_ALTDATEI), pfad);
+    if (mitWal)
+        QFile::copy(QStringLiteral(ZEP_ALTDATEI "-wal"), pfad + QStringLiteral("-wal"));
+    return pfad;
+}
+
+// Rows per table of that file; the WAL renames one account, drops two rows of BilanzPosZL7 and
+// adds one to KreditorenSalden.
+QMap<QString, qint64> altformatZeilen(bool mitWal)
+{
+    return {{QStringLiteral("ObjKanzleiKontenstamm"), 24},
+            {QStringLiteral("ObjKanzleiSalden"), 20},
+            {QStringLiteral("AllgSchluesselDaten"), 8},
+            {QStringLiteral("BilanzPos"), 20},
+            {QStringLiteral("BilanzPosZL7"), mitWal ? 40 : 42},
+            {QStringLiteral("AbrPosBkAbr"), 26},
+            {QStringLiteral("AbrPosBkBlöcke"), 6},
+            {QStringLiteral("KreditorenKontenstamm"), 21},
+            {QStringLiteral("KreditorenBuchungen"), 25},
+            {QStringLiteral("KreditorenSalden"), mitWal ? 13 : 12}};
+}
+
+QMap<QString, qint64> zeilenJeTabelle(Database &db)
+{
+    QMap<QString, qint64> z;
+    auto c = db.query(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table'"));
+    while (c->next())
+        z.insert(c->wert(0).toString(), 0);
+    for (auto it = z.begin(); it != z.end(); ++it)
+        it.value() = anzahl(db, QLatin1Char('"') + it.key() + QLatin1Char('"'));
+    return z;
+}
+
+// Kept until the program ends, as a host's static object might keep its connection; made before
+// the engine starts, it is destroyed after the engine's own exit handler.
+std::shared_ptr<Database> g_bisZumEnde;
+std::unique_ptr<Cursor> g_cursorBisZumEnde;
+
 } // namespace
 
 class tst_Database : public QObject
@@ -100,12 +148,16 @@ private slots:
     void fehlenderOrt();
     void createAufVorhandeneDatei();
     void verschluesselnBehaeltZeilen();
+    void altesFormatWirdUmgestellt_data();
+    void altesFormatWirdUmgestellt();
+    void nurLesenStelltNichtUm();
     void platzhalterUmsetzen_data();
     void platzhalterUmsetzen();
 
 private:
     QString m_ort;
     std::shared_ptr<Database> m_db;
+    QTemporaryDir m_dir;
 };
 
 void tst_Database::init()
@@ -410,6 +462,11 @@ void tst_Database::cursorUeberlebtVerbindung()
     QCOMPARE(c->ganzzahl(0), 7);
     QVERIFY(c->next());
     QCOMPARE(c->ganzzahl(0), 8);
+    if (testhilfe::aktuelleEngine() == Engine::SqlCipher) {
+        g_bisZumEnde = Database::openSeparate(m_ort);
+        g_cursorBisZumEnde = g_bisZumEnde->query(QStringLiteral("SELECT y FROM x"));
+        QVERIFY(g_cursorBisZumEnde->next());
+    }
 }
 
 void tst_Database::roundTripsZaehlen()
@@ -532,18 +589,33 @@ void tst_Database::verbindungsabbruchUndWiederherstellung()
 
 void tst_Database::falscherSchluesselLaesstDateiUnveraendert_data()
 {
+    QTest::addColumn<QString>("datei");
     QTest::addColumn<QString>("passwort");
-    QTest::newRow("falsch") << QStringLiteral("falsch");
-    QTest::newRow("fehlt") << QString();
-    QTest::newRow("mit blank") << QStringLiteral("kellerabteil4 ");
-    QTest::newRow("grossbuchstaben") << QStringLiteral("KELLERABTEIL4");
-    QTest::newRow("mit hochkomma") << QStringLiteral("kellerabteil4'; --");
+    QTest::newRow("falsch") << "neu" << QStringLiteral("falsch");
+    QTest::newRow("fehlt") << "neu" << QString();
+    QTest::newRow("mit blank") << "neu" << QStringLiteral("kellerabteil4 ");
+    QTest::newRow("grossbuchstaben") << "neu" << QStringLiteral("KELLERABTEIL4");
+    QTest::newRow("mit hochkomma") << "neu" << QStringLiteral("kellerabteil4'; --");
+    // A wrong key must not start the move of an old file.
+    QTest::newRow("altes format, falsch") << "alt" << QStringLiteral("falsch");
+    QTest::newRow("altes format, fehlt") << "alt" << QString();
+    QTest::newRow("unverschluesselt mit kennwort") << "offen" << platform::storage::DBPasswort;
+    QTest::newRow("erste seite beschaedigt") << "beschaedigt" << platform::storage::DBPasswort;
 }
 
 void tst_Database::falscherSchluesselLaesstDateiUnveraendert()
 {
+    QFETCH(QString, datei);
     QFETCH(QString, passwort);
-    const QString pfad = dateiMitDaten();
+    const QString pfad = datei == u"alt"
+        ? altformatKopie(m_dir, false)
+        : dateiMitDaten(datei == u"offen" ? QString() : platform::storage::DBPasswort);
+    if (datei == u"beschaedigt") {
+        QFile f(pfad);
+        QVERIFY(f.open(QIODevice::ReadWrite));
+        f.seek(100);
+        f.write(QByteArray(64, '\x5a'));
+    }
     QVERIFY(!nebendateienDa(pfad));
     const QByteArray vorher = dateiHash(pfad);
     QVERIFY(!vorher.isEmpty());
@@ -558,8 +630,9 @@ void tst_Database::falscherSchluesselLaesstDateiUnveraendert()
 
     QCOMPARE(dateiHash(pfad), vorher);
     QVERIFY(!nebendateienDa(pfad));
-    // The right key still opens it.
-    QCOMPARE(anzahl(*Database::openSeparate(pfad), QStringLiteral("Salden")), 2);
+    QVERIFY(!QFileInfo::exists(pfad + QStringLiteral(".umstellung")));
+    if (datei == u"neu") // The right key still opens it.
+        QCOMPARE(anzahl(*Database::openSeparate(pfad), QStringLiteral("Salden")), 2);
 }
 
 void tst_Database::fehlenderOrt()
@@ -624,6 +697,83 @@ void tst_Database::verschluesselnBehaeltZeilen()
     QVERIFY(!nebendateienDa(pfad));
     QCOMPARE(fehlerVon([&] { Database::verschluesseln(pfad + QStringLiteral("x")); }),
              fehlernummer::DateiNichtGefunden);
+}
+
+void tst_Database::altesFormatWirdUmgestellt_data()
+{
+    QTest::addColumn<bool>("mitWal");
+    QTest::addColumn<QString>("hindernis");
+    QTest::addColumn<bool>("sofort");
+    QTest::newRow("sauber geschlossen") << false << QString() << true;
+    QTest::newRow("wal eines abgebrochenen schreibers") << true << QString() << true;
+    QTest::newRow("anderer hat die datei offen") << true << "gehalten" << false;
+    QTest::newRow("kopie nicht anlegbar") << false << "kopie blockiert" << false;
+}
+
+// The first open moves a file of the old format to the current one and keeps every row; while
+// that cannot be done, the file works as it is in compatibility mode and moves at a later open.
+void tst_Database::altesFormatWirdUmgestellt()
+{
+    if (testhilfe::aktuelleEngine() != Engine::SqlCipher)
+        QSKIP("Nur Dateien haben ein Verschlüsselungsformat.");
+    QFETCH(bool, mitWal);
+    QFETCH(QString, hindernis);
+    QFETCH(bool, sofort);
+    using Format = SqlCipherDatabase::Format;
+    const QString pfad = altformatKopie(m_dir, mitWal);
+    const QString kopie = pfad + QStringLiteral(".umstellung");
+    SqlCipherDatabase::Zeiger anderer;
+    if (hindernis == u"gehalten")
+        anderer = SqlCipherDatabase::oeffnenNurLesen(pfad, platform::storage::DBPasswort);
+    if (hindernis == u"kopie blockiert")
+        QVERIFY(QDir().mkdir(kopie));
+
+    QMap<QString, qint64> erwartet = altformatZeilen(mitWal);
+    {
+        auto db = SqlCipherDatabase::oeffnen(pfad, platform::storage::DBPasswort);
+        QCOMPARE(db->format(), sofort ? Format::Aktuell : Format::Alt);
+        QCOMPARE(zeilenJeTabelle(*db), erwartet);
+        QCOMPARE(db->scalar(QStringLiteral("PRAGMA integrity_check")).toString(), "ok");
+        QCOMPARE(db->scalar(QStringLiteral("SELECT KontoBezeichnung FROM ObjKanzleiKontenstamm "
+                                           "WHERE KontoNr = ? AND KontoJJ = ?"),
+                            {QStringLiteral("0010"), 2026})
+                     .toString(),
+                 mitWal ? QStringLiteral("EDV-Software, geändert vor dem Absturz")
+                        : QStringLiteral("EDV-Software und Lizenzen"));
+        db->execute(QStringLiteral("INSERT INTO KreditorenSalden (KsKontoNr, KsJJ) VALUES (?, ?)"),
+                    {88888, 2026});
+        ++erwartet[QStringLiteral("KreditorenSalden")];
+    }
+    anderer.reset();
+    QDir().rmdir(kopie);
+
+    auto db = SqlCipherDatabase::oeffnen(pfad, platform::storage::DBPasswort);
+    QCOMPARE(db->format(), Format::Aktuell);
+    QCOMPARE(zeilenJeTabelle(*db), erwartet);
+    QVERIFY(db->scalar(QStringLiteral("PRAGMA cipher_version")).toString().startsWith("4."));
+    QCOMPARE(db->scalar(QStringLiteral("PRAGMA cipher_kdf_algorithm")).toString(),
+             "PBKDF2_HMAC_SHA512");
+    QCOMPARE(db->scalar(QStringLiteral("PRAGMA kdf_iter")).toInt(), 256000);
+    QVERIFY(!QFileInfo::exists(kopie));
+    QVERIFY(!QFileInfo::exists(pfad + QStringLiteral(".vor-umstellung")));
+}
+
+// Looking into a file of the old format leaves it as it is.
+void tst_Database::nurLesenStelltNichtUm()
+{
+    if (testhilfe::aktuelleEngine() != Engine::SqlCipher)
+        QSKIP("Nur Dateien haben ein Verschlüsselungsformat.");
+    const QString pfad = altformatKopie(m_dir, false);
+    const QByteArray vorher = dateiHash(pfad);
+    {
+        auto db = SqlCipherDatabase::oeffnenNurLesen(pfad, platform::storage::DBPasswort);
+        QCOMPARE(db->format(), SqlCipherDatabase::Format::Alt);
+        QCOMPARE(zeilenJeTabelle(*db), altformatZeilen(false));
+        QVERIFY(fehlerVon([&] { db->execute(QStringLiteral("DELETE FROM BilanzPos")); }) != 0);
+    }
+    QCOMPARE(dateiHash(pfad), vorher);
+    // SQLite may leave an empty WAL and its index beside a file it read in WAL mode.
+    QCOMPARE(QFileInfo(pfad + QStringLiteral("-wal")).size(), 0);
 }
 
 void tst_Database::platzhalterUmsetzen_data()

@@ -295,6 +295,17 @@ private slots:
         m_b->responseSetzen = 0;
         QVERIFY(!m_dc->Refresh());
         QCOMPARE(m_boxen->anzahl(), 1);
+        // Run by a procedure that traps its errors: raised to it, no event, no message.
+        m_b->fehler.clear();
+        try {
+            m_dc->RefreshOderFehler();
+            QFAIL("RefreshOderFehler must raise the engine's error");
+        } catch (const RuntimeError &e) {
+            QCOMPARE(e.nummer(), fehlernummer::TabelleNichtGefunden);
+        }
+        QVERIFY(m_b->fehler.isEmpty());
+        QCOMPARE(m_boxen->anzahl(), 1);
+        QVERIFY(m_dc->recordsetDirekt() == nullptr);
         // A wrong password in Connect (only the file engine has one).
         if (testhilfe::aktuelleEngine() == Engine::SqlCipher) {
             m_dc->setConnect("Access;pwd=falsch;");

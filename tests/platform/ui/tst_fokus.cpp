@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 using platform::Fokus;
@@ -194,6 +195,38 @@ private slots:
         });
         m_bez->setFocus();
         QCOMPARE(QApplication::focusWidget(), m_liste);
+    }
+
+    void ohneFokuswechselWirdDasFeldVerlassen_data()
+    {
+        QTest::addColumn<bool>("ablehnen");
+        QTest::newRow("angenommen") << false;
+        QTest::newRow("abgelehnt") << true;
+    }
+    void ohneFokuswechselWirdDasFeldVerlassen()
+    {
+        // A button that never takes the focus (a data control's arrow), and an action that
+        // moves no focus at all (a page header, a record move): both ask the field first.
+        QFETCH(bool, ablehnen);
+        auto *pfeil = new QToolButton(m_dlg.get());
+        pfeil->setObjectName("pfeil");
+        pfeil->setFocusPolicy(Qt::NoFocus);
+        pfeil->show();
+        connect(pfeil, &QToolButton::clicked, this, [this] { m_log.append("Click pfeil"); });
+        m_ablehnen = ablehnen;
+        QTest::mouseClick(pfeil, Qt::LeftButton);
+        QStringList erwartet {"Validate:pfeil"};
+        if (!ablehnen)
+            erwartet << "Click pfeil";
+        QCOMPARE(m_log, erwartet);
+        m_log.clear();
+        QCOMPARE(m_fokus->verlassen(m_bez), !ablehnen);
+        QCOMPARE(m_log, QStringList {"Validate:inpKontoBezeichnung"});
+        // A target that causes no validation asks nothing; the focus never moved.
+        m_log.clear();
+        QVERIFY(m_fokus->verlassen(m_hilfe));
+        QVERIFY(m_log.isEmpty());
+        QCOMPARE(QApplication::focusWidget(), m_nr);
     }
 
     void andereFensterLoesenNichtsAus()
