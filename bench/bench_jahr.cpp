@@ -2,7 +2,8 @@
 // when ZEP_BENCH_PG_URI or ZEP_TEST_PG_URI names a server, on PostgreSQL: `pruefen`, `export`,
 // `import --probelauf` (the exported file into an empty year) and `jahreswechsel --vorschau`
 // (into the next year, which holds nine of ten accounts). Each with its time, how often and how
-// regularly it reported progress, and its peak memory per account.
+// regularly it reported progress, and its peak memory per account, beside a bare cursor read of
+// the same year.
 // Targets at 500,000 accounts: each within 15 s, at most 1 KB per account.
 #include "Benchdaten.h"
 #include "accounts/regeln/Jahrespruefung.h"
@@ -16,11 +17,13 @@
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>
 #include <cstdio>
+#include <ctime>
 #include <malloc.h>
 #include <map>
 
 using platform::storage::Database;
 using platform::storage::Engine;
+using platform::storage::Wertart;
 namespace bd = benchdaten;
 
 namespace {
@@ -35,6 +38,7 @@ struct Fall
 struct Ergebnis
 {
     std::vector<double> ms;
+    std::vector<double> cpu; // ms of this process
     std::vector<double> spitze; // bytes per account
     std::vector<double> meldungen; // progress reports
     std::vector<double> pause; // longest time without a progress report, ms
@@ -59,6 +63,13 @@ QString csvDatei(const Fall &f)
         QStringLiteral("%1-%2.csv").arg(bd::engineName(f.engine)).arg(f.konten));
 }
 
+double cpuMs()
+{
+    timespec t {};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
+    return double(t.tv_sec) * 1e3 + double(t.tv_nsec) / 1e6;
+}
+
 // Runs `tun` with a progress report that counts itself; `tun` returns what the tool found.
 void messen(benchmark::State &state, const Fall *f, const std::string &was,
             const std::function<QString(const kontenregeln::Fortschritt &)> &tun)
@@ -71,6 +82,7 @@ void messen(benchmark::State &state, const Fall *f, const std::string &was,
         const qint64 vorher = bd::rssBytes();
         QElapsedTimer uhr;
         uhr.start();
+        const double cpu = cpuMs();
         QElapsedTimer seitMeldung;
         seitMeldung.start();
         double pause = 0;
@@ -83,11 +95,33 @@ void messen(benchmark::State &state, const Fall *f, const std::string &was,
         const double dauer = double(uhr.nsecsElapsed()) / 1e6;
         pause = std::max(pause, double(seitMeldung.nsecsElapsed()) / 1e6);
         e.ms.push_back(dauer);
+        e.cpu.push_back(cpuMs() - cpu);
         e.spitze.push_back(double(bd::spitzeBytes() - vorher) / f->konten);
         e.meldungen.push_back(meldungen);
         e.pause.push_back(pause);
         state.SetIterationTime(dauer / 1e3);
     }
+}
+
+// The bare engine: a cursor loop over the year's rows, every value touched.
+void rohLesen(benchmark::State &state, const Fall *f)
+{
+    messen(state, f, "roh", [f](const kontenregeln::Fortschritt &) {
+        auto db = Database::open(f->ort);
+        auto c = db->query(
+            QStringLiteral("SELECT * FROM ObjKanzleiKontenstamm WHERE KontoJJ = ? ORDER BY KontoNr"),
+            {bd::Jahr});
+        qint64 summe = 0;
+        while (c->next()) {
+            for (int i = 0; i < c->spaltenAnzahl(); ++i) {
+                if (c->art(i) == Wertart::Ganzzahl)
+                    summe += c->ganzzahl(i);
+                else if (c->art(i) != Wertart::Null)
+                    summe += c->utf8(i).size();
+            }
+        }
+        return QStringLiteral("Summe %1").arg(summe);
+    });
 }
 
 void pruefen(benchmark::State &state, const Fall *f)
@@ -148,7 +182,8 @@ int main(int argc, char **argv)
         return 1;
     }
     const std::vector<std::pair<std::string, void (*)(benchmark::State &, const Fall *)>>
-        werkzeuge {{"pruefen", pruefen},
+        werkzeuge {{"roh", rohLesen},
+                   {"pruefen", pruefen},
                    {"export", exportieren},
                    {"import --probelauf", probelauf},
                    {"jahreswechsel --vorschau", vorschau}};
@@ -169,19 +204,30 @@ int main(int argc, char **argv)
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
 
+    // Time real and of this process's CPU (on PostgreSQL without the server's share), each
+    // beside the bare engine's read of the same year ("roh") and the ratio.
     std::printf("\nJahreswerkzeuge, Mediane aus drei Läufen; Last: %s\n", qPrintable(bd::last()));
-    std::printf("%-10s %7s %-25s %9s %10s %9s %10s %8s  %s\n", "Engine", "Konten", "Werkzeug", "s",
-                "Spitze B/K", "Meldungen", "Pause ms", "Ziel", "Ergebnis");
+    std::printf("%-10s %7s %-25s %15s %15s %13s %10s %9s %10s %8s  %s\n", "Engine", "Konten",
+                "Werkzeug", "s real / CPU", "roh real / CPU", "x roh", "Spitze B/K", "Meldungen",
+                "Pause ms", "Ziel", "Ergebnis");
     for (const Fall &f : faelle) {
+        const Ergebnis &roh = ergebnisse()[{f.engine, f.konten, "roh"}];
+        const double rohS = bd::median(roh.ms) / 1e3;
+        const double rohCpu = bd::median(roh.cpu) / 1e3;
         for (const auto &[name, funktion] : werkzeuge) {
+            if (name == "roh")
+                continue;
             const Ergebnis &e = ergebnisse()[{f.engine, f.konten, name}];
             const double s = bd::median(e.ms) / 1e3;
+            const double cpu = bd::median(e.cpu) / 1e3;
             const double spitze = bd::median(e.spitze);
             const bool ok = f.konten < 500000 || (s <= 15 && spitze <= 1024);
-            std::printf("%-10s %7d %-25s %9.2f %10.0f %9.0f %10.0f %8s  %s\n",
-                        qPrintable(bd::engineName(f.engine)), f.konten, name.c_str(), s, spitze,
-                        bd::median(e.meldungen), bd::median(e.pause), ok ? "erfüllt" : "VERFEHLT",
-                        qPrintable(e.hinweis));
+            std::printf("%-10s %7d %-25s %7.2f / %5.2f %7.2f / %5.2f %5.1f / %5.1f %10.0f %9.0f "
+                        "%10.0f %8s  %s\n",
+                        qPrintable(bd::engineName(f.engine)), f.konten, name.c_str(), s, cpu, rohS,
+                        rohCpu, rohS > 0 ? s / rohS : 0.0, rohCpu > 0 ? cpu / rohCpu : 0.0,
+                        spitze, bd::median(e.meldungen), bd::median(e.pause),
+                        ok ? "erfüllt" : "VERFEHLT", qPrintable(e.hinweis));
         }
     }
     std::printf("Ziele bei 500.000 Konten: je höchstens 15 s und 1.024 Bytes je Konto.\n");
