@@ -71,8 +71,10 @@ qint64 kontenDesJahres(Database &db, int jahr)
 
 int jahreswechsel(Database &db, const Aufruf &a)
 {
-    const auto e = jahr::jahreswechsel(db, *a.jahr, *a.nachJahr, a.ohneSchreiben,
-                                       fortschritt(QStringLiteral("Konten übernommen")));
+    const auto e
+        = jahr::jahreswechsel(db, *a.jahr, *a.nachJahr, a.ohneSchreiben,
+                              fortschritt(a.ohneSchreiben ? QStringLiteral("Konten verglichen")
+                                                          : QStringLiteral("Konten übernommen")));
     for (const QString &nr : e.neu)
         aus() << (a.ohneSchreiben ? "zu übernehmen: " : "übernommen: ") << nr << '\n';
     for (const auto &abw : e.abweichend) {

@@ -1,185 +1,201 @@
-// Loading a year's accounts into a Recordset against a bare loop over the same Cursor.
-// 50,000 rows shaped like ObjKanzleiKontenstamm, on SQLCipher and, when ZEP_BENCH_PG_URI or
-// ZEP_TEST_PG_URI names a database, on PostgreSQL. Targets: at most ~0.5 KB per row and at most
-// 1.3 times the bare loop's time. For the file engine it also times opening the file (key
-// derivation and the first read), the figure that grows with the cipher's settings, in the
-// current format and in the old one (compatibility mode: the file is held open meanwhile, so it
-// is not moved).
-#include "platform/storage/Database.h"
+// Loading a year's accounts into a Recordset against a bare loop over the same rows, for years
+// of 5,000, 50,000 and 500,000 accounts on SQLCipher and, when ZEP_BENCH_PG_URI or
+// ZEP_TEST_PG_URI names a server, on PostgreSQL. Bare: the engine's cursor read value by value;
+// on PostgreSQL also a plain libpq read (single-row mode, the fastest plain read; the whole
+// result at once in brackets). Targets: Recordset at most 1.2 times the bare loop on the file
+// database; at most 0.5 KB per account at the peak of loading on both engines. For the file
+// engine it also times opening the file (key derivation and the first read), in the current
+// format and in the old one (compatibility mode: the file is held open meanwhile, so it is not
+// moved), and a bare scan of 5,000 accounts in the old format.
+#include "Benchdaten.h"
+#include "frame/Demodaten.h"
 #include "platform/storage/Recordset.h"
-#include "platform/storage/Schema.h"
 #include "platform/storage/SqlCipherDatabase.h"
 
 #include <QCoreApplication>
-#include <QDate>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>
 #include <cstdio>
+#include <ctime>
+#include <libpq-fe.h>
 #include <malloc.h>
 #include <map>
-#include <unistd.h>
 
 using namespace platform::storage;
+namespace bd = benchdaten;
 
 namespace {
 
-constexpr int Zeilen = 50000;
 const QString Abfrage
     = QStringLiteral("SELECT * FROM ObjKanzleiKontenstamm WHERE KontoJJ = ? ORDER BY KontoNr");
 
-QVariant beispielwert(const Spalte &s, int zeile)
+struct Zeit
 {
-    if (s.name.compare(QLatin1String("KontoNr"), Qt::CaseInsensitive) == 0)
-        return QStringLiteral("%1").arg(zeile, 6, 10, QLatin1Char('0'));
-    if (s.name.compare(QLatin1String("KontoJJ"), Qt::CaseInsensitive) == 0)
-        return 2003;
-    switch (s.typ) {
-    case Spaltentyp::Text: {
-        const QString text
-            = zeile % 3 == 0 ? QString() : QStringLiteral("Sachkonto %1").arg(zeile % 997);
-        return s.laenge > 0 ? text.left(s.laenge) : text;
-    }
-    case Spaltentyp::Ganzzahl16:
-    case Spaltentyp::Ganzzahl32:
-        return zeile % 13;
-    case Spaltentyp::JaNein:
-        return zeile % 2 ? -1 : 0;
-    case Spaltentyp::Kommazahl:
-        return zeile * 0.25;
-    case Spaltentyp::Datum:
-        return zeile % 10 == 0 ? QVariant(QDate(2003, 1, 1).addDays(zeile % 365)) : QVariant();
-    }
-    return {};
-}
-
-void fuellen(Database &db)
-{
-    const Tabelle *t = tabelle(QStringLiteral("ObjKanzleiKontenstamm"));
-    if (!t)
-        throw std::runtime_error("ObjKanzleiKontenstamm fehlt im Katalog");
-    db.execute(ddl(*t, db.engine()));
-    QStringList namen;
-    std::vector<const Spalte *> spalten;
-    for (const Spalte &s : t->spalten) {
-        if (s.autoWert)
-            continue;
-        namen.append(s.name);
-        spalten.push_back(&s);
-    }
-    // PostgreSQL: many rows per statement saves round trips; SQLite allows 999 parameters.
-    const int proAnweisung = db.engine() == Engine::PostgreSql ? 200 : 1;
-    QStringList platzhalter(int(spalten.size()), QStringLiteral("?"));
-    const QString eineZeile
-        = QLatin1Char('(') + platzhalter.join(QLatin1Char(',')) + QLatin1Char(')');
-    Transaktion tx(db);
-    for (int anfang = 0; anfang < Zeilen; anfang += proAnweisung) {
-        const int n = std::min(proAnweisung, Zeilen - anfang);
-        QStringList werteTeile;
-        QVariantList params;
-        for (int z = anfang; z < anfang + n; ++z) {
-            werteTeile.append(eineZeile);
-            for (const Spalte *s : spalten)
-                params.append(beispielwert(*s, z));
-        }
-        db.execute(QStringLiteral("INSERT INTO ObjKanzleiKontenstamm (") + namen.join(',')
-                       + QStringLiteral(") VALUES ") + werteTeile.join(','),
-                   params);
-    }
-    tx.commit();
-}
-
-qint64 rssBytes()
-{
-    QFile f(QStringLiteral("/proc/self/statm"));
-    if (!f.open(QIODevice::ReadOnly))
-        return 0;
-    const QList<QByteArray> teile = f.readAll().split(' ');
-    return teile.size() > 1 ? teile[1].toLongLong() * sysconf(_SC_PAGESIZE) : 0;
-}
-
-struct Ort
-{
-    QString name;
-    std::shared_ptr<Database> db;
-    QString datei; // empty for PostgreSQL
+    double real = 0; // ms
+    double cpu = 0; // ms of this process
 };
 
-std::vector<Ort> &orte()
+double cpuMs()
 {
-    static std::vector<Ort> o;
-    return o;
+    timespec t {};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
+    return double(t.tv_sec) * 1e3 + double(t.tv_nsec) / 1e6;
 }
 
-void recordsetLaden(benchmark::State &state, Database *roh)
+// Runs of one measurement: (engine, size, what) -> times.
+std::map<std::tuple<Engine, int, std::string>, std::vector<Zeit>> &laeufe()
 {
-    std::shared_ptr<Database> db;
-    for (const Ort &o : orte())
-        if (o.db.get() == roh)
-            db = o.db;
-    for (auto _ : state) {
-        Recordset rs(db, Abfrage, {2003});
-        benchmark::DoNotOptimize(rs.RecordCount());
-    }
-    state.SetItemsProcessed(state.iterations() * Zeilen);
+    static std::map<std::tuple<Engine, int, std::string>, std::vector<Zeit>> l;
+    return l;
 }
 
-void cursorSchleife(benchmark::State &state, Database *db)
+struct Speicher
 {
-    for (auto _ : state) {
-        auto c = db->query(Abfrage, {2003});
-        const int n = c->spaltenAnzahl();
-        qint64 summe = 0;
-        while (c->next()) {
-            for (int i = 0; i < n; ++i) {
-                switch (c->art(i)) {
-                case Wertart::Null:
-                    break;
-                case Wertart::Ganzzahl:
-                    summe += c->ganzzahl(i);
-                    break;
-                case Wertart::Kommazahl:
-                    summe += qint64(c->kommazahl(i));
-                    break;
-                case Wertart::Text:
-                case Wertart::Datum: {
-                    const QByteArrayView t = c->utf8(i);
-                    summe += t.size() ? t.front() : 0;
-                    break;
-                }
-                }
+    double gepackt = 0; // bytes per account the rows keep
+    double spitze = 0; // peak RSS growth per account while loading
+    double danach = 0; // RSS growth per account once loaded
+};
+std::map<std::pair<Engine, int>, Speicher> &speicher()
+{
+    static std::map<std::pair<Engine, int>, Speicher> s;
+    return s;
+}
+
+struct Fall
+{
+    Engine engine;
+    int konten;
+    QString ort;
+};
+
+qint64 cursorSchleife(Database &db)
+{
+    auto c = db.query(Abfrage, {bd::Jahr});
+    const int n = c->spaltenAnzahl();
+    qint64 summe = 0;
+    while (c->next()) {
+        for (int i = 0; i < n; ++i) {
+            switch (c->art(i)) {
+            case Wertart::Null:
+                break;
+            case Wertart::Ganzzahl:
+                summe += c->ganzzahl(i);
+                break;
+            case Wertart::Kommazahl:
+                summe += qint64(c->kommazahl(i));
+                break;
+            case Wertart::Text:
+            case Wertart::Datum: {
+                const QByteArrayView t = c->utf8(i);
+                summe += t.size() ? t.front() : 0;
+                break;
+            }
             }
         }
-        benchmark::DoNotOptimize(summe);
     }
-    state.SetItemsProcessed(state.iterations() * Zeilen);
+    return summe;
 }
 
-void dateiOeffnen(benchmark::State &state, const QString &pfad)
+// Every value of the year through plain libpq, touched once.
+qint64 libpqLesen(PGconn *conn, bool zeilenweise)
 {
-    for (auto _ : state) {
-        auto db = Database::openSeparate(pfad);
-        benchmark::DoNotOptimize(db.get());
-    }
-}
-
-// Keeps the mean real time of every run for the summary.
-class Sammler : public benchmark::ConsoleReporter
-{
-public:
-    // Name without the "/min_time:..." suffix -> (real, CPU) milliseconds per iteration.
-    std::map<std::string, std::pair<double, double>> zeiten;
-    void ReportRuns(const std::vector<Run> &runs) override
-    {
-        for (const Run &r : runs) {
-            const std::string name = r.benchmark_name();
-            zeiten[name.substr(0, name.find("/min_time"))]
-                = {r.GetAdjustedRealTime(), r.GetAdjustedCPUTime()};
+    const QByteArray jahr = QByteArray::number(bd::Jahr);
+    const char *werte[] = {jahr.constData()};
+    const char *sql = "SELECT * FROM ObjKanzleiKontenstamm WHERE KontoJJ = $1 ORDER BY KontoNr";
+    qint64 summe = 0;
+    const auto beruehren = [&](const PGresult *r) {
+        const int zeilen = PQntuples(r);
+        const int spalten = PQnfields(r);
+        for (int z = 0; z < zeilen; ++z) {
+            for (int s = 0; s < spalten; ++s) {
+                if (!PQgetisnull(r, z, s))
+                    summe += PQgetlength(r, z, s) + PQgetvalue(r, z, s)[0];
+            }
         }
-        ConsoleReporter::ReportRuns(runs);
+    };
+    if (!zeilenweise) {
+        PGresult *r = PQexecParams(conn, sql, 1, nullptr, werte, nullptr, nullptr, 0);
+        beruehren(r);
+        PQclear(r);
+        return summe;
     }
-};
+    PQsendQueryParams(conn, sql, 1, nullptr, werte, nullptr, nullptr, 0);
+    PQsetSingleRowMode(conn);
+    while (PGresult *r = PQgetResult(conn)) {
+        beruehren(r);
+        PQclear(r);
+    }
+    return summe;
+}
+
+template<typename F> void messen(benchmark::State &state, const Fall *f, const char *was, F &&tun)
+{
+    auto &zeiten = laeufe()[{f->engine, f->konten, was}];
+    for (auto _ : state) {
+        QElapsedTimer uhr;
+        uhr.start();
+        const double cpu = cpuMs();
+        tun();
+        const Zeit z {double(uhr.nsecsElapsed()) / 1e6, cpuMs() - cpu};
+        zeiten.push_back(z);
+        state.SetIterationTime(z.real / 1e3);
+    }
+}
+
+void recordsetLaden(benchmark::State &state, const Fall *f)
+{
+    auto db = Database::open(f->ort);
+    messen(state, f, "recordset", [&] {
+        Recordset rs(db, Abfrage, {bd::Jahr});
+        benchmark::DoNotOptimize(rs.RecordCount());
+    });
+}
+
+void bareSchleife(benchmark::State &state, const Fall *f)
+{
+    auto db = Database::open(f->ort);
+    messen(state, f, "cursor", [&] { benchmark::DoNotOptimize(cursorSchleife(*db)); });
+}
+
+void libpq(benchmark::State &state, const Fall *f, bool zeilenweise)
+{
+    PGconn *conn = PQconnectdb(f->ort.toUtf8().constData());
+    messen(state, f, zeilenweise ? "libpq" : "libpq ganz",
+           [&] { benchmark::DoNotOptimize(libpqLesen(conn, zeilenweise)); });
+    PQfinish(conn);
+}
+
+void dateiOeffnen(benchmark::State &state, const Fall *f, const char *was)
+{
+    messen(state, f, was, [&] {
+        auto db = Database::openSeparate(f->ort);
+        benchmark::DoNotOptimize(db->scalar(QStringLiteral("SELECT COUNT(*) FROM sqlite_master")));
+    });
+}
+
+void speicherMessen(const Fall &f)
+{
+    auto db = Database::open(f.ort);
+    // The engine's own caches are warm, as they are when a user opens a year.
+    cursorSchleife(*db);
+    malloc_trim(0);
+    bd::spitzeZuruecksetzen();
+    const qint64 vorher = bd::rssBytes();
+    auto rs = std::make_unique<Recordset>(db, Abfrage, QVariantList {bd::Jahr});
+    const double n = rs->RecordCount();
+    speicher()[{f.engine, f.konten}]
+        = {double(rs->speicherBytes()) / n, double(bd::spitzeBytes() - vorher) / n,
+           double(bd::rssBytes() - vorher) / n};
+}
+
+double mittel(Engine e, int konten, const std::string &was, bool cpu)
+{
+    std::vector<double> werte;
+    for (const Zeit &z : laeufe()[{e, konten, was}])
+        werte.push_back(cpu ? z.cpu : z.real);
+    return bd::median(werte);
+}
 
 } // namespace
 
@@ -187,105 +203,116 @@ int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
     benchmark::Initialize(&argc, argv);
-
+    std::vector<Fall> faelle;
+    // The old format: 5,000 demo accounts in a file of its own, held open by a second
+    // connection so that opening it does not move it.
     QTemporaryDir dir;
+    const Fall alt {Engine::SqlCipher, 5000, dir.filePath(QStringLiteral("alt.db"))};
+    SqlCipherDatabase::Zeiger altHalten;
     QString version;
     try {
-        const QString datei = dir.filePath(QStringLiteral("bench.db"));
-        orte().push_back({QStringLiteral("SQLCipher"), Database::create(datei), datei});
-        version = orte().front().db->scalar(QStringLiteral("PRAGMA cipher_version")).toString();
-        const QString alt = dir.filePath(QStringLiteral("bench-alt.db"));
-        orte().push_back(
-            {QStringLiteral("SQLCipher 3"),
-             SqlCipherDatabase::anlegen(alt, DBPasswort, SqlCipherDatabase::Format::Alt), alt});
-        QString uri = qEnvironmentVariable("ZEP_BENCH_PG_URI");
-        if (uri.isEmpty())
-            uri = qEnvironmentVariable("ZEP_TEST_PG_URI");
-        if (uri.isEmpty()) {
-            std::printf("PostgreSQL übersprungen: ZEP_BENCH_PG_URI / ZEP_TEST_PG_URI nicht "
-                        "gesetzt.\n");
-        } else {
-            auto pg = Database::open(uri);
-            pg->execute(QStringLiteral("DROP TABLE IF EXISTS ObjKanzleiKontenstamm"));
-            orte().push_back({QStringLiteral("PostgreSQL"), pg, {}});
+        altHalten = SqlCipherDatabase::anlegen(alt.ort, DBPasswort, SqlCipherDatabase::Format::Alt);
+        frame::jahrErzeugen(*altHalten, bd::Jahr, alt.konten);
+        for (const Engine e : bd::engines()) {
+            for (const int n : bd::groessen())
+                faelle.push_back({e, n, bd::datenbank(e, n)});
         }
-        for (const Ort &o : orte()) {
-            QElapsedTimer uhr;
-            uhr.start();
-            fuellen(*o.db);
-            std::printf("%s: %d Zeilen in %.1f s angelegt.\n", qPrintable(o.name), Zeilen,
-                        uhr.elapsed() / 1000.0);
-        }
+        for (const Fall &f : faelle)
+            speicherMessen(f);
+        version = Database::openSeparate(faelle.front().ort)
+                      ->scalar(QStringLiteral("PRAGMA cipher_version"))
+                      .toString();
     } catch (const std::exception &e) {
         std::fprintf(stderr, "Vorbereitung fehlgeschlagen: %s\n", e.what());
         return 1;
     }
-
-    // Memory first, before the timed runs leave freed heap behind.
-    std::map<QString, std::pair<double, double>> speicher;
-    for (const Ort &o : orte()) {
-        // The base includes one run of the query: libpq's result buffers are the engine's,
-        // and the heap keeps them for the next query anyway.
-        o.db->query(Abfrage, {2003})->next();
-        malloc_trim(0);
-        const qint64 vorher = rssBytes();
-        auto rs = std::make_unique<Recordset>(o.db, Abfrage, QVariantList {2003});
-        const qint64 nachher = rssBytes();
-        speicher[o.name] = {double(rs->speicherBytes()) / rs->RecordCount(),
-                            double(nachher - vorher) / rs->RecordCount()};
-    }
-
-    for (const Ort &o : orte()) {
-        const std::string n = o.name.toStdString();
-        if (!o.datei.isEmpty()) {
-            benchmark::RegisterBenchmark(("Datei_oeffnen/" + n).c_str(), dateiOeffnen, o.datei)
-                ->Unit(benchmark::kMillisecond)
-                ->MinTime(1.0);
+    // Three runs each, the Recordset and the bare loops taking turns.
+    for (const Fall &f : faelle) {
+        const std::string n
+            = (bd::engineName(f.engine) + QStringLiteral("/%1").arg(f.konten)).toStdString();
+        const auto anmelden = [&](const std::string &name, auto funktion) {
+            benchmark::RegisterBenchmark((name + "/" + n).c_str(), funktion)
+                ->Iterations(3)
+                ->UseManualTime()
+                ->Unit(benchmark::kMillisecond);
+        };
+        if (f.engine == Engine::SqlCipher) {
+            anmelden("Datei_oeffnen",
+                     [&f](benchmark::State &s) { dateiOeffnen(s, &f, "oeffnen"); });
         }
-        benchmark::RegisterBenchmark(("Recordset_laden/" + n).c_str(), recordsetLaden, o.db.get())
-            ->Unit(benchmark::kMillisecond)
-            ->MinTime(1.0);
-        benchmark::RegisterBenchmark(("Cursor_Schleife/" + n).c_str(), cursorSchleife, o.db.get())
-            ->Unit(benchmark::kMillisecond)
-            ->MinTime(1.0);
+        anmelden("Recordset_laden", [&f](benchmark::State &s) { recordsetLaden(s, &f); });
+        anmelden("Cursor_Schleife", [&f](benchmark::State &s) { bareSchleife(s, &f); });
+        if (f.engine == Engine::PostgreSql) {
+            anmelden("libpq_zeilenweise", [&f](benchmark::State &s) { libpq(s, &f, true); });
+            anmelden("libpq_ganz", [&f](benchmark::State &s) { libpq(s, &f, false); });
+        }
     }
-    Sammler sammler;
-    benchmark::RunSpecifiedBenchmarks(&sammler);
+    benchmark::RegisterBenchmark("Datei_oeffnen/SQLCipher 3/5000",
+                                 [&alt](benchmark::State &s) { dateiOeffnen(s, &alt, "oeffnen alt"); })
+        ->Iterations(3)
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("Cursor_Schleife/SQLCipher 3/5000",
+                                 [&alt](benchmark::State &s) {
+                                     auto db = Database::open(alt.ort);
+                                     messen(s, &alt, "cursor alt", [&] {
+                                         benchmark::DoNotOptimize(cursorSchleife(*db));
+                                     });
+                                 })
+        ->Iterations(3)
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
 
-    // The machine may be shared: CPU time is the steadier figure, real time is shown too.
-    std::printf("\n%-11s %18s %18s %14s %12s %10s\n", "Engine", "Recordset ms", "Cursor ms",
-                "Faktor", "Bytes/Zeile", "RSS/Zeile");
-    std::printf("%-11s %18s %18s %14s\n", "", "(real / CPU)", "(real / CPU)", "(real / CPU)");
-    for (const Ort &o : orte()) {
-        const std::string n = o.name.toStdString();
-        const auto laden = sammler.zeiten["Recordset_laden/" + n];
-        const auto schleife = sammler.zeiten["Cursor_Schleife/" + n];
+    std::printf("\nMediane aus drei Läufen, ms real / CPU dieses Prozesses; Last: %s\n",
+                qPrintable(bd::last()));
+    std::printf("%-10s %7s %17s %17s %13s %17s %17s %13s %8s %8s %8s\n", "Engine", "Konten",
+                "Recordset", "Cursor", "Faktor", "libpq", "(libpq ganz)", "Faktor libpq", "B/Konto",
+                "Spitze", "danach");
+    for (const Fall &f : faelle) {
+        const auto z = [&](const char *was, bool cpu) {
+            return mittel(f.engine, f.konten, was, cpu);
+        };
         const auto faktor = [](double a, double b) {
             return b > 0 ? a / b : 0.0;
         };
-        std::printf("%-11s %8.1f / %7.1f %8.1f / %7.1f %6.2f / %5.2f %12.0f %10.0f\n", n.c_str(),
-                    laden.first, laden.second, schleife.first, schleife.second,
-                    faktor(laden.first, schleife.first), faktor(laden.second, schleife.second),
-                    speicher[o.name].first, speicher[o.name].second);
+        const bool pg = f.engine == Engine::PostgreSql;
+        const Speicher &s = speicher()[{f.engine, f.konten}];
+        std::printf("%-10s %7d %8.0f / %6.0f %8.0f / %6.0f %5.2f / %5.2f ",
+                    qPrintable(bd::engineName(f.engine)), f.konten, z("recordset", false),
+                    z("recordset", true), z("cursor", false), z("cursor", true),
+                    faktor(z("recordset", false), z("cursor", false)),
+                    faktor(z("recordset", true), z("cursor", true)));
+        if (pg) {
+            std::printf("%8.0f / %6.0f %8.0f / %6.0f %5.2f / %5.2f ", z("libpq", false),
+                        z("libpq", true), z("libpq ganz", false), z("libpq ganz", true),
+                        faktor(z("recordset", false), z("libpq", false)),
+                        faktor(z("recordset", true), z("libpq", true)));
+        } else {
+            std::printf("%17s %17s %13s ", "-", "-", "-");
+        }
+        std::printf("%8.0f %8.0f %8.0f\n", s.gepackt, s.spitze, s.danach);
     }
-    std::printf("Ziele: Faktor <= 1.3, <= 512 Bytes je Zeile.\n");
-    // Opening and a plain scan of 50,000 rows, in the two file formats.
-    std::printf("\nSQLCipher %s: Datei öffnen, Durchlauf von %d Zeilen (ms, real / CPU)\n",
-                qPrintable(version), Zeilen);
-    for (const Ort &o : orte()) {
-        if (o.datei.isEmpty())
+    std::printf("Ziele: Recordset höchstens 1,2 x Cursor (Dateidatenbank); Spitze höchstens 512 "
+                "Bytes je Konto.\n");
+    // Opening and a bare scan in the two file formats.
+    std::printf("\nSQLCipher %s: Datei öffnen (Schlüsselableitung und erstes Lesen), "
+                "Durchlauf (ms real / CPU)\n",
+                qPrintable(version));
+    for (const Fall &f : faelle) {
+        if (f.engine != Engine::SqlCipher)
             continue;
-        const std::string n = o.name.toStdString();
-        const auto oeffnen = sammler.zeiten["Datei_oeffnen/" + n];
-        const auto schleife = sammler.zeiten["Cursor_Schleife/" + n];
-        std::printf("  %-28s %7.1f / %6.1f %9.1f / %6.1f\n",
-                    o.name == u"SQLCipher" ? "neues Format (SQLCipher 4)"
-                                           : "altes Format, Kompatibilität",
-                    oeffnen.first, oeffnen.second, schleife.first, schleife.second);
+        std::printf("  neues Format, %6d Konten   %7.1f / %6.1f %9.1f / %6.1f\n", f.konten,
+                    mittel(f.engine, f.konten, "oeffnen", false),
+                    mittel(f.engine, f.konten, "oeffnen", true),
+                    mittel(f.engine, f.konten, "cursor", false),
+                    mittel(f.engine, f.konten, "cursor", true));
     }
-    for (const Ort &o : orte())
-        if (o.datei.isEmpty())
-            o.db->execute(QStringLiteral("DROP TABLE IF EXISTS ObjKanzleiKontenstamm"));
+    std::printf("  altes Format, %6d Konten   %7.1f / %6.1f %9.1f / %6.1f\n", alt.konten,
+                mittel(alt.engine, alt.konten, "oeffnen alt", false),
+                mittel(alt.engine, alt.konten, "oeffnen alt", true),
+                mittel(alt.engine, alt.konten, "cursor alt", false),
+                mittel(alt.engine, alt.konten, "cursor alt", true));
     return 0;
 }

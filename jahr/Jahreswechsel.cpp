@@ -1,12 +1,16 @@
 #include "jahr/Jahreswechsel.h"
 
 #include "accounts/regeln/Kontonummern.h"
+#include "jahr/Einfuegen.h"
 
 #include <QHash>
 
 namespace jahr {
 
 using kontenregeln::kontenLaden;
+using kontenregeln::Kontenliste;
+using platform::storage::RohWert;
+using platform::storage::Wertart;
 
 namespace {
 
@@ -16,62 +20,98 @@ QString vergleichswert(const QVariant &v)
     return v.isNull() ? QString() : kontenregeln::rtrim(v.toString());
 }
 
+QByteArrayView ohneBlanks(QByteArrayView t)
+{
+    while (!t.isEmpty() && t.back() == ' ')
+        t.chop(1);
+    return t;
+}
+
+// vergleichswert() of both equal, without making texts for the usual kinds (half a million
+// accounts of fifty columns).
+bool gleich(const Kontenliste &a, size_t i, int sa, const Kontenliste &b, size_t j, int sb)
+{
+    const RohWert x = sa < 0 ? RohWert {} : a.feld(i, sa);
+    const RohWert y = sb < 0 ? RohWert {} : b.feld(j, sb);
+    const auto leerOderText = [](const RohWert &w) {
+        return w.art == Wertart::Null || w.art == Wertart::Text;
+    };
+    if (leerOderText(x) && leerOderText(y))
+        return ohneBlanks(x.text) == ohneBlanks(y.text);
+    if (x.art == Wertart::Ganzzahl && y.art == Wertart::Ganzzahl)
+        return x.ganzzahl == y.ganzzahl;
+    return vergleichswert(sa < 0 ? QVariant() : a.wert(i, sa))
+        == vergleichswert(sb < 0 ? QVariant() : b.wert(j, sb));
+}
+
 } // namespace
 
 JahreswechselErgebnis jahreswechsel(Database &db, int von, int nach, bool vorschau,
                                     const Fortschritt &fortschritt)
 {
     JahreswechselErgebnis ergebnis;
-    const std::vector<Kontozeile> quelle = kontenLaden(db, von);
-    const std::vector<Kontozeile> ziel = kontenLaden(db, nach);
-    QHash<QString, const Kontozeile *> vorhanden;
-    for (const Kontozeile &z : ziel)
-        vorhanden.insert(z.kontoNr(), &z);
+    // Progress over reading both years, comparing and copying, in accounts of `von`.
+    const qint64 imZiel = kontenregeln::kontenAnzahl(db, nach);
+    const qint64 inQuelle = kontenregeln::kontenAnzahl(db, von);
+    qint64 gesamt = imZiel + 2 * inQuelle;
+    const auto melden = [&](qint64 erledigt) {
+        if (fortschritt && gesamt > 0)
+            fortschritt(erledigt * inQuelle / gesamt, inQuelle);
+    };
+    const Kontenliste ziel = kontenLaden(db, nach, [&](qint64 n, qint64) { melden(n); });
+    const Kontenliste quelle = kontenLaden(db, von, [&](qint64 n, qint64) { melden(imZiel + n); });
+    QHash<QString, int> vorhanden;
+    vorhanden.reserve(qsizetype(ziel.size()));
+    for (size_t j = 0; j < ziel.size(); ++j)
+        vorhanden.insert(ziel.kontoNr(j), int(j));
 
-    std::vector<const Kontozeile *> kopieren;
-    for (const Kontozeile &z : quelle) {
-        const Kontozeile *gegenstueck = vorhanden.value(z.kontoNr());
-        if (!gegenstueck) {
-            kopieren.push_back(&z);
-            ergebnis.neu << z.kontoNr();
-            continue;
-        }
-        Abweichung a {z.kontoNr(), {}};
-        for (const QString &spalte : z.spalten->namen()) {
-            if (spalte.compare(QLatin1String("KontoJJ"), Qt::CaseInsensitive) == 0)
-                continue;
-            if (vergleichswert(z.wert(spalte)) != vergleichswert(gegenstueck->wert(spalte)))
-                a.felder << spalte;
-        }
-        if (a.felder.isEmpty())
-            ++ergebnis.gleich;
-        else
-            ergebnis.abweichend.push_back(std::move(a));
+    // The columns of the source, each with its place among the target's.
+    const QStringList &namen = quelle.spalten() ? quelle.spalten()->namen() : QStringList();
+    std::vector<std::pair<int, int>> vergleiche;
+    for (int s = 0; s < namen.size(); ++s) {
+        if (namen[s].compare(QLatin1String("KontoJJ"), Qt::CaseInsensitive) != 0)
+            vergleiche.emplace_back(s, ziel.spalten() ? ziel.spalten()->index(namen[s]) : -1);
     }
-    if (vorschau || kopieren.empty())
+
+    std::vector<size_t> kopieren;
+    for (size_t i = 0; i < quelle.size(); ++i) {
+        const QString nr = quelle.kontoNr(i);
+        const int j = vorhanden.value(nr, -1);
+        if (j < 0) {
+            kopieren.push_back(i);
+            ergebnis.neu << nr;
+        } else {
+            Abweichung a {nr, {}};
+            for (const auto &[s, t] : vergleiche) {
+                if (!gleich(quelle, i, s, ziel, size_t(j), t))
+                    a.felder << namen[s];
+            }
+            if (a.felder.isEmpty())
+                ++ergebnis.gleich;
+            else
+                ergebnis.abweichend.push_back(std::move(a));
+        }
+        if ((i + 1) % 1000 == 0)
+            melden(imZiel + inQuelle + qint64(i + 1));
+    }
+    if (vorschau || kopieren.empty()) {
+        melden(gesamt);
         return ergebnis;
-
-    const QStringList spalten = quelle.front().spalten->namen();
-    QStringList platzhalter;
-    for (qsizetype i = 0; i < spalten.size(); ++i)
-        platzhalter << QStringLiteral("?");
-    const QString sql
-        = QStringLiteral("INSERT INTO ObjKanzleiKontenstamm (%1) VALUES (%2)")
-              .arg(spalten.join(QStringLiteral(", ")), platzhalter.join(QStringLiteral(", ")));
-    const int jahrSpalte = quelle.front().spalten->index(QStringLiteral("KontoJJ"));
-    platform::storage::Transaktion t(db);
-    qint64 erledigt = 0;
-    for (const Kontozeile *z : kopieren) {
-        QVariantList werte = z->werte;
-        werte[jahrSpalte] = nach;
-        db.execute(sql, werte);
-        if (fortschritt && ++erledigt % 500 == 0)
-            fortschritt(erledigt, qint64(kopieren.size()));
     }
+
+    gesamt += qint64(kopieren.size());
+    const int jahrSpalte = quelle.spalten()->index(QStringLiteral("KontoJJ"));
+    platform::storage::Transaktion t(db);
+    kontenEinfuegen(
+        db, namen, qint64(kopieren.size()),
+        [&](qint64 k) {
+            QVariantList werte = quelle[kopieren[size_t(k)]].werte;
+            werte[jahrSpalte] = nach;
+            return werte;
+        },
+        [&](qint64 erledigt) { melden(imZiel + 2 * inQuelle + erledigt); });
     t.commit();
     ergebnis.geschrieben = true;
-    if (fortschritt)
-        fortschritt(qint64(kopieren.size()), qint64(kopieren.size()));
     return ergebnis;
 }
 

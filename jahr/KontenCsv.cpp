@@ -3,6 +3,7 @@
 #include "accounts/regeln/Codelisten.h"
 #include "accounts/regeln/Jahrespruefung.h"
 #include "accounts/regeln/Kontonummern.h"
+#include "jahr/Einfuegen.h"
 #include "platform/core/RuntimeError.h"
 #include "platform/storage/Schema.h"
 
@@ -14,7 +15,6 @@
 
 namespace jahr {
 
-using kontenregeln::kontenLaden;
 using kontenregeln::Kontobefund;
 using kontenregeln::kontoPruefen;
 using kontenregeln::Spalten;
@@ -115,140 +115,11 @@ QString spalteVonFeld(const QString &feld)
 
 } // namespace
 
-QString csvFeld(const QString &wert)
-{
-    if (!wert.contains(u';') && !wert.contains(u'"') && !wert.contains(u'\n')
-        && !wert.contains(u'\r'))
-        return wert;
-    return u'"' + QString(wert).replace(QStringLiteral("\""), QStringLiteral("\"\"")) + u'"';
-}
-
-namespace {
-
-const QString OffeneAnfuehrung = QStringLiteral("Anführungszeichen wird nicht geschlossen");
-
-// Windows-1252 in 0x80 to 0x9F; the five unassigned bytes keep their value, as Windows does.
-constexpr char16_t Cp1252[32] = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
-};
-
-bool zeilenende(QChar c)
-{
-    return c == u'\r' || c == u'\n';
-}
-
-// Past the line break at `i` (CRLF counts as one).
-qsizetype nachZeilenende(QStringView text, qsizetype i)
-{
-    if (i < text.size() && text.at(i) == u'\r')
-        ++i;
-    if (i < text.size() && text.at(i) == u'\n')
-        ++i;
-    return i;
-}
-
-} // namespace
-
-std::vector<CsvSatz> csvLesen(QStringView text)
-{
-    std::vector<CsvSatz> saetze;
-    const qsizetype n = text.size();
-    qsizetype i = 0;
-    int zeile = 1;
-    while (i < n) {
-        CsvSatz satz;
-        satz.zeile = zeile;
-        QString feld;
-        bool inAnfuehrung = false;
-        bool hatteAnfuehrung = false;
-        qsizetype anfuehrung = -1; // where the last quote opened, and its line
-        int anfuehrungZeile = 0;
-        QString fehler;
-        for (; i < n; ++i) {
-            const QChar c = text.at(i);
-            if (inAnfuehrung) {
-                if (c != u'"') {
-                    if (c == u'\n' || (c == u'\r' && (i + 1 >= n || text.at(i + 1) != u'\n')))
-                        ++zeile;
-                    feld += c;
-                } else if (i + 1 < n && text.at(i + 1) == u'"') {
-                    feld += u'"';
-                    ++i;
-                } else if (i + 1 < n && text.at(i + 1) != u';' && !zeilenende(text.at(i + 1))) {
-                    // Text after the closing quote: most often the quote of a later field that
-                    // ended a quote left open earlier.
-                    fehler = zeile == anfuehrungZeile
-                        ? QStringLiteral("Text nach dem schließenden Anführungszeichen")
-                        : OffeneAnfuehrung;
-                    break;
-                } else {
-                    inAnfuehrung = false;
-                }
-                continue;
-            }
-            if (c == u'"' && feld.isEmpty()) {
-                inAnfuehrung = hatteAnfuehrung = true;
-                anfuehrung = i;
-                anfuehrungZeile = zeile;
-            } else if (c == u';') {
-                satz.felder << feld;
-                feld.clear();
-            } else if (zeilenende(c)) {
-                break;
-            } else {
-                feld += c;
-            }
-        }
-        if (inAnfuehrung && fehler.isEmpty())
-            fehler = OffeneAnfuehrung;
-        if (!fehler.isEmpty()) {
-            // The record ends with the line of its open quote; the next line is read afresh.
-            satz.felder.clear();
-            satz.fehler = fehler;
-            i = anfuehrung;
-            while (i < n && !zeilenende(text.at(i)))
-                ++i;
-            i = nachZeilenende(text, i);
-            zeile = anfuehrungZeile + 1;
-            saetze.push_back(std::move(satz));
-            continue;
-        }
-        i = nachZeilenende(text, i);
-        ++zeile;
-        // An empty line carries no account.
-        if (satz.felder.isEmpty() && feld.isEmpty() && !hatteAnfuehrung)
-            continue;
-        satz.felder << feld;
-        saetze.push_back(std::move(satz));
-    }
-    return saetze;
-}
-
-QString csvText(const QByteArray &daten)
-{
-    QByteArrayView rest(daten);
-    if (rest.startsWith("\xEF\xBB\xBF"))
-        rest = rest.sliced(3);
-    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString text = utf8.decode(rest);
-    if (!utf8.hasError())
-        return text;
-    QString cp1252(daten.size(), Qt::Uninitialized);
-    for (qsizetype i = 0; i < daten.size(); ++i) {
-        const auto b = static_cast<unsigned char>(daten.at(i));
-        cp1252[i] = b >= 0x80 && b < 0xA0 ? QChar(Cp1252[b - 0x80]) : QChar(b);
-    }
-    return cp1252;
-}
-
 ExportErgebnis exportieren(Database &db, int jahr, const QString &datei,
                            const Fortschritt &fortschritt)
 {
     ExportErgebnis ergebnis;
     const auto spalten = dateiSpalten(db);
-    const std::vector<Kontozeile> konten = kontenLaden(db, jahr);
     QSaveFile f(datei);
     if (!f.open(QIODevice::WriteOnly)) {
         ergebnis.fehler = QStringLiteral("Die Datei %1 kann nicht geschrieben werden: %2")
@@ -259,15 +130,28 @@ ExportErgebnis exportieren(Database &db, int jahr, const QString &datei,
     for (const Spalte *s : spalten)
         kopf << s->name;
     f.write("\xEF\xBB\xBF" + kopf.join(u';').toUtf8() + "\r\n");
-    for (const Kontozeile &z : konten) {
-        QStringList felder;
-        for (const Spalte *s : spalten)
-            felder << csvFeld(alsText(z.wert(s->name), s->typ));
-        f.write(felder.join(u';').toUtf8() + "\r\n");
-        if (fortschritt && ++ergebnis.konten % 1000 == 0)
-            fortschritt(ergebnis.konten, qint64(konten.size()));
-    }
-    ergebnis.konten = qint64(konten.size());
+    // Each account is written as it arrives: a year of any size needs little memory.
+    std::vector<int> index;
+    QString zeile;
+    kontenregeln::kontenDurchgehen(
+        db, jahr,
+        [&](const Kontozeile &z) {
+            if (index.empty()) {
+                for (const Spalte *s : spalten)
+                    index.push_back(z.spalten->index(s->name));
+            }
+            zeile.clear();
+            for (size_t k = 0; k < spalten.size(); ++k) {
+                if (k)
+                    zeile += u';';
+                const int i = index[k];
+                zeile += csvFeld(alsText(i >= 0 ? z.werte.at(i) : QVariant(), spalten[k]->typ));
+            }
+            zeile += QStringLiteral("\r\n");
+            f.write(zeile.toUtf8());
+            ++ergebnis.konten;
+        },
+        fortschritt);
     // Written completely or not at all: the old file stays until the new one is whole.
     if (!f.commit()) {
         ergebnis.fehler = QStringLiteral("Die Datei %1 kann nicht geschrieben werden: %2")
@@ -290,13 +174,15 @@ ImportErgebnis importieren(Database &db, int jahr, const QString &datei, bool pr
                    .arg(datei, f.errorString()));
         return ergebnis;
     }
-    const std::vector<CsvSatz> saetze = csvLesen(csvText(f.readAll()));
-    if (saetze.empty()) {
+    // Read record by record: a file of any size needs little memory.
+    CsvDatei leser(f);
+    CsvSatz kopfSatz;
+    if (!leser.naechster(kopfSatz)) {
         fehler(1, {}, QStringLiteral("Die Datei ist leer: die Kopfzeile mit den Feldnamen fehlt."));
         return ergebnis;
     }
-    if (!saetze.front().fehler.isEmpty()) {
-        fehler(saetze.front().zeile, {}, saetze.front().fehler);
+    if (!kopfSatz.fehler.isEmpty()) {
+        fehler(kopfSatz.zeile, {}, kopfSatz.fehler);
         return ergebnis;
     }
 
@@ -307,8 +193,8 @@ ImportErgebnis importieren(Database &db, int jahr, const QString &datei, bool pr
         bekannt.insert(s->name.toLower(), s);
     std::vector<const Spalte *> kopf;
     QSet<QString> gesehen;
-    const int kopfZeile = saetze.front().zeile;
-    for (const QString &name : saetze.front().felder) {
+    const int kopfZeile = kopfSatz.zeile;
+    for (const QString &name : kopfSatz.felder) {
         const Spalte *s = bekannt.value(name.trimmed().toLower());
         if (!s) {
             fehler(kopfZeile, name, QStringLiteral("Unbekanntes Feld \"%1\"").arg(name));
@@ -342,15 +228,19 @@ ImportErgebnis importieren(Database &db, int jahr, const QString &datei, bool pr
             imJahr.insert(kontenregeln::rtrim(c->wert(0).toString()));
     }
     stamm.konten = imJahr;
-    std::vector<Kontozeile> konten;
+    // The good lines packed as record sets keep rows: a fraction of the memory of values.
+    platform::storage::Zeilenspeicher konten;
+    konten.spaltenFestlegen(spaltenIndex->namen());
     std::vector<int> kontoZeilen;
     QHash<QString, int> nummern; // number -> line
-    for (size_t i = 1; i < saetze.size(); ++i) {
-        const QStringList &satz = saetze[i].felder;
-        const int zeile = saetze[i].zeile;
-        ++ergebnis.konten;
-        if (!saetze[i].fehler.isEmpty()) {
-            fehler(zeile, {}, saetze[i].fehler);
+    CsvSatz csvSatz;
+    while (leser.naechster(csvSatz)) {
+        const QStringList &satz = csvSatz.felder;
+        const int zeile = csvSatz.zeile;
+        if (++ergebnis.konten % 1000 == 0 && fortschritt)
+            fortschritt(ergebnis.konten, 0);
+        if (!csvSatz.fehler.isEmpty()) {
+            fehler(zeile, {}, csvSatz.fehler);
             continue;
         }
         if (satz.size() != qsizetype(kopf.size())) {
@@ -401,31 +291,33 @@ ImportErgebnis importieren(Database &db, int jahr, const QString &datei, bool pr
         if (!zeileOk)
             continue;
         stamm.konten.insert(nr);
-        konten.push_back(std::move(z));
+        konten.anhaengen(z.werte);
         kontoZeilen.push_back(zeile);
     }
 
     // The definitions, once every account of the file is known (references among them).
-    for (size_t i = 0; i < konten.size(); ++i) {
-        for (const Kontobefund &b : kontoPruefen(konten[i], stamm, jahr))
-            fehler(kontoZeilen[i], spalteVonFeld(b.feld), b.meldung);
+    const int n = konten.anzahl();
+    for (int i = 0; i < n; ++i) {
+        const Kontozeile z {spaltenIndex, konten.zeile(i)};
+        for (const Kontobefund &b : kontoPruefen(z, stamm, jahr))
+            fehler(kontoZeilen[size_t(i)], spalteVonFeld(b.feld), b.meldung);
         if (fortschritt && (i + 1) % 1000 == 0)
-            fortschritt(qint64(i + 1), qint64(konten.size()));
+            fortschritt(i + 1, n);
     }
+    if (fortschritt)
+        fortschritt(n, n);
     std::sort(ergebnis.fehler.begin(), ergebnis.fehler.end(),
               [](const ImportFehler &a, const ImportFehler &b) { return a.zeile < b.zeile; });
     if (!ergebnis.fehler.empty() || probelauf)
         return ergebnis;
 
-    QStringList platzhalter;
-    for (qsizetype i = 0; i < spaltenIndex->namen().size(); ++i)
-        platzhalter << QStringLiteral("?");
-    const QString sql = QStringLiteral("INSERT INTO ObjKanzleiKontenstamm (%1) VALUES (%2)")
-                            .arg(spaltenIndex->namen().join(QStringLiteral(", ")),
-                                 platzhalter.join(QStringLiteral(", ")));
     platform::storage::Transaktion t(db);
-    for (const Kontozeile &z : konten)
-        db.execute(sql, z.werte);
+    kontenEinfuegen(
+        db, spaltenIndex->namen(), n, [&](qint64 i) { return konten.zeile(int(i)); },
+        [&](qint64 erledigt) {
+            if (fortschritt)
+                fortschritt(erledigt, n);
+        });
     t.commit();
     ergebnis.geschrieben = true;
     return ergebnis;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "accounts/regeln/Kontenzeilen.h"
+#include "jahr/Csv.h"
 
 #include <QString>
 #include <vector>
@@ -42,26 +43,5 @@ struct ImportErgebnis
 // transaction only when no line failed and `probelauf` is false.
 ImportErgebnis importieren(Database &db, int jahr, const QString &datei, bool probelauf,
                            const Fortschritt &fortschritt = {});
-
-// One record of a CSV file: its fields, the line it starts on (1 = the first), and what is
-// wrong with it (empty when it could be read).
-struct CsvSatz
-{
-    QStringList felder;
-    int zeile = 0;
-    QString fehler;
-};
-
-// Splits CSV text into records, as Excel writes them: ';' between fields, CRLF, LF or CR between
-// lines, a field in quotes may hold ';', line breaks and doubled quotes. Empty lines carry no
-// record. A quote that is not closed (or closed with text after it) makes its record faulty; the
-// record then ends with the line the quote opened on, and reading goes on with the next line, so
-// that one stray quote does not hide the lines after it.
-std::vector<CsvSatz> csvLesen(QStringView text);
-// A value as a field of a record: in quotes when it holds ';', a quote or a line break.
-QString csvFeld(const QString &wert);
-// The text of a CSV file: UTF-8 (with or without byte-order mark) when the bytes are valid
-// UTF-8, else Windows-1252, as Excel saves "CSV (Trennzeichen-getrennt)".
-QString csvText(const QByteArray &daten);
 
 } // namespace jahr

@@ -129,21 +129,24 @@ std::vector<Kontobefund> kontoPruefen(const Kontozeile &z, const Stammdaten &s, 
 
 std::vector<Kontobefund> jahrPruefen(Database &db, int jahr, const Fortschritt &fortschritt)
 {
-    const std::vector<Kontozeile> konten = kontenLaden(db, jahr);
     Stammdaten s = Stammdaten::laden(db);
-    for (const Kontozeile &z : konten)
-        s.konten.insert(z.kontoNr());
-    std::vector<Kontobefund> alle;
-    qint64 erledigt = 0;
-    for (const Kontozeile &z : konten) {
-        auto befunde = kontoPruefen(z, s, jahr);
-        alle.insert(alle.end(), std::make_move_iterator(befunde.begin()),
-                    std::make_move_iterator(befunde.end()));
-        if (fortschritt && ++erledigt % 1000 == 0)
-            fortschritt(erledigt, qint64(konten.size()));
+    // References may point to accounts further on: the numbers first, then every account as
+    // it arrives, so that a year of any size needs little memory.
+    {
+        auto c = db.query(
+            QStringLiteral("SELECT KontoNr FROM ObjKanzleiKontenstamm WHERE KontoJJ = ?"), {jahr});
+        while (c->next())
+            s.konten.insert(rtrimText(c->wert(0)));
     }
-    if (fortschritt)
-        fortschritt(qint64(konten.size()), qint64(konten.size()));
+    std::vector<Kontobefund> alle;
+    kontenDurchgehen(
+        db, jahr,
+        [&](const Kontozeile &z) {
+            auto befunde = kontoPruefen(z, s, jahr);
+            alle.insert(alle.end(), std::make_move_iterator(befunde.begin()),
+                        std::make_move_iterator(befunde.end()));
+        },
+        fortschritt);
     return alle;
 }
 

@@ -4,11 +4,29 @@
 
 namespace kontenregeln {
 
+namespace {
+
+const QString SqlJahr
+    = QStringLiteral("SELECT * FROM ObjKanzleiKontenstamm WHERE KontoJJ = ? ORDER BY KontoNr");
+
+} // namespace
+
 Spalten::Spalten(QStringList namen)
     : m_namen(std::move(namen))
 {
     for (int i = 0; i < m_namen.size(); ++i)
         m_index.insert(m_namen.at(i).toLower(), i);
+}
+
+int Spalten::index(const QString &name) const
+{
+    const auto it = m_gefragt.constFind(name);
+    if (it != m_gefragt.cend())
+        return *it;
+    const int i = m_index.value(name.toLower(), -1);
+    if (m_gefragt.size() < 1024)
+        m_gefragt.insert(name, i);
+    return i;
 }
 
 QVariant Kontozeile::wert(const QString &spalte) const
@@ -31,31 +49,85 @@ int Kontozeile::zahl(const QString &spalte, int ersatz) const
     return ok ? z : ersatz;
 }
 
-std::vector<Kontozeile> kontenLaden(Database &db, int jahr, const Fortschritt &fortschritt)
+Kontenliste::Kontenliste(std::shared_ptr<const Spalten> spalten,
+                         std::shared_ptr<const platform::storage::Zeilenspeicher> zeilen)
+    : m_spalten(std::move(spalten))
+    , m_zeilen(std::move(zeilen))
+    , m_nummer(m_spalten->index(QStringLiteral("KontoNr")))
+{ }
+
+Kontozeile Kontenliste::operator[](size_t i) const
 {
-    const qint64 gesamt
-        = db.scalar(QStringLiteral("SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoJJ = ?"),
-                    {jahr})
-              .toLongLong();
-    auto cursor = db.query(
-        QStringLiteral("SELECT * FROM ObjKanzleiKontenstamm WHERE KontoJJ = ? ORDER BY KontoNr"),
-        {jahr});
+    return Kontozeile {m_spalten, m_zeilen->zeile(int(i))};
+}
+
+platform::storage::RohWert Kontenliste::feld(size_t i, int spalte) const
+{
+    return m_zeilen->feld(int(i), spalte);
+}
+
+QString Kontenliste::kontoNr(size_t i) const
+{
+    if (m_nummer < 0)
+        return {};
+    const platform::storage::RohWert w = feld(i, m_nummer);
+    if (w.art == platform::storage::Wertart::Null)
+        return {};
+    if (w.art == platform::storage::Wertart::Ganzzahl)
+        return QString::number(w.ganzzahl);
+    return rtrim(QString::fromUtf8(w.text));
+}
+
+qint64 kontenAnzahl(Database &db, int jahr)
+{
+    return db
+        .scalar(QStringLiteral("SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoJJ = ?"),
+                {jahr})
+        .toLongLong();
+}
+
+namespace {
+
+std::shared_ptr<const Spalten> spaltenVon(const platform::storage::Cursor &cursor)
+{
     QStringList namen;
-    for (int i = 0; i < cursor->spaltenAnzahl(); ++i)
-        namen << cursor->spaltenName(i);
-    const auto spalten = std::make_shared<const Spalten>(namen);
-    std::vector<Kontozeile> zeilen;
-    zeilen.reserve(size_t(gesamt));
+    for (int i = 0; i < cursor.spaltenAnzahl(); ++i)
+        namen << cursor.spaltenName(i);
+    return std::make_shared<const Spalten>(namen);
+}
+
+} // namespace
+
+Kontenliste kontenLaden(Database &db, int jahr, const Fortschritt &fortschritt)
+{
+    const qint64 gesamt = fortschritt ? kontenAnzahl(db, jahr) : 0;
+    auto cursor = db.query(SqlJahr, {jahr});
+    auto zeilen = std::make_shared<platform::storage::Zeilenspeicher>();
+    zeilen->laden(*cursor, [&](qint64 n) {
+        if (fortschritt)
+            fortschritt(n, gesamt);
+    });
+    return Kontenliste(spaltenVon(*cursor), std::move(zeilen));
+}
+
+void kontenDurchgehen(Database &db, int jahr, const std::function<void(const Kontozeile &)> &tun,
+                      const Fortschritt &fortschritt)
+{
+    const qint64 gesamt = fortschritt ? kontenAnzahl(db, jahr) : 0;
+    auto cursor = db.query(SqlJahr, {jahr});
+    Kontozeile z {spaltenVon(*cursor), {}};
+    const int n = cursor->spaltenAnzahl();
+    qint64 erledigt = 0;
     while (cursor->next()) {
-        Kontozeile z {spalten, {}};
-        z.werte.reserve(namen.size());
-        for (int i = 0; i < namen.size(); ++i)
+        z.werte.clear();
+        for (int i = 0; i < n; ++i)
             z.werte.append(cursor->wert(i));
-        zeilen.push_back(std::move(z));
-        if (fortschritt && zeilen.size() % 1000 == 0)
-            fortschritt(qint64(zeilen.size()), gesamt);
+        tun(z);
+        if (fortschritt && ++erledigt % 1000 == 0)
+            fortschritt(erledigt, gesamt);
     }
-    return zeilen;
+    if (fortschritt)
+        fortschritt(erledigt, std::max(gesamt, erledigt));
 }
 
 KontoDefinition definition(const Kontozeile &z)

@@ -2,6 +2,7 @@
 
 #include "accounts/regeln/Konsistenz.h"
 #include "platform/storage/Database.h"
+#include "platform/storage/Zeilenspeicher.h"
 
 #include <QHash>
 #include <QString>
@@ -27,11 +28,13 @@ public:
     Spalten() = default;
     explicit Spalten(QStringList namen);
     const QStringList &namen() const { return m_namen; }
-    int index(const QString &name) const { return m_index.value(name.toLower(), -1); }
+    int index(const QString &name) const;
 
 private:
     QStringList m_namen;
     QHash<QString, int> m_index;
+    // The names as callers spell them: the checks ask some forty times per account.
+    mutable QHash<QString, int> m_gefragt;
 };
 
 // One account record.
@@ -48,8 +51,63 @@ struct Kontozeile
     QString kontoNr() const { return text(QStringLiteral("KontoNr")); }
 };
 
-// Every account of `jahr`, ordered by number.
-std::vector<Kontozeile> kontenLaden(Database &db, int jahr, const Fortschritt &fortschritt = {});
+// The accounts of a year packed as record sets keep them, a fraction of the memory of
+// Kontozeile values; a Kontozeile is made when asked for.
+class Kontenliste
+{
+public:
+    Kontenliste() = default;
+    Kontenliste(std::shared_ptr<const Spalten> spalten,
+                std::shared_ptr<const platform::storage::Zeilenspeicher> zeilen);
+
+    size_t size() const { return m_zeilen ? size_t(m_zeilen->anzahl()) : 0; }
+    bool empty() const { return size() == 0; }
+    Kontozeile operator[](size_t i) const;
+    // A value without making the row (spalte: index in spalten()).
+    platform::storage::RohWert feld(size_t i, int spalte) const;
+    QVariant wert(size_t i, int spalte) const { return m_zeilen->wert(int(i), spalte); }
+    QString kontoNr(size_t i) const;
+    const std::shared_ptr<const Spalten> &spalten() const { return m_spalten; }
+
+    class Iterator
+    {
+    public:
+        Iterator(const Kontenliste *liste, size_t i)
+            : m_liste(liste)
+            , m_i(i)
+        { }
+        Kontozeile operator*() const { return (*m_liste)[m_i]; }
+        Iterator &operator++()
+        {
+            ++m_i;
+            return *this;
+        }
+        bool operator!=(const Iterator &o) const { return m_i != o.m_i; }
+
+    private:
+        const Kontenliste *m_liste;
+        size_t m_i;
+    };
+    Iterator begin() const { return Iterator(this, 0); }
+    Iterator end() const { return Iterator(this, size()); }
+
+private:
+    std::shared_ptr<const Spalten> m_spalten;
+    std::shared_ptr<const platform::storage::Zeilenspeicher> m_zeilen;
+    int m_nummer = -1;
+};
+
+// Every account of `jahr`, ordered by number; progress while they arrive.
+Kontenliste kontenLaden(Database &db, int jahr, const Fortschritt &fortschritt = {});
+
+// Hands every account of `jahr` to `tun` as it arrives, ordered by number, without keeping any:
+// a year of half a million accounts needs no more memory than one. `tun` must not use the
+// database. Progress after every thousand.
+void kontenDurchgehen(Database &db, int jahr, const std::function<void(const Kontozeile &)> &tun,
+                      const Fortschritt &fortschritt = {});
+
+// Accounts of `jahr`.
+qint64 kontenAnzahl(Database &db, int jahr);
 
 // The stored definitions the record checks read.
 KontoDefinition definition(const Kontozeile &z);

@@ -133,6 +133,39 @@ int Database::wartezeit()
     return g_wartezeit;
 }
 
+std::shared_ptr<const Tabellenbeschreibung> Database::beschreibung(const QString &tabelle,
+                                                                   bool erneuern)
+{
+    const QString schluessel = tabelle.toLower();
+    if (!erneuern && !m_alleBeschrieben) {
+        m_alleBeschrieben = true;
+        const auto alle = alleBeschreiben();
+        for (auto it = alle.cbegin(); it != alle.cend(); ++it)
+            m_beschreibungen.insert(it.key(), std::make_shared<const Tabellenbeschreibung>(*it));
+    }
+    if (!erneuern) {
+        const auto it = m_beschreibungen.constFind(schluessel);
+        if (it != m_beschreibungen.cend())
+            return *it;
+    }
+    auto b = std::make_shared<const Tabellenbeschreibung>(beschreiben(tabelle));
+    m_beschreibungen.insert(schluessel, b);
+    return b;
+}
+
+void Database::schemaAenderungBeachten(const QString &sql)
+{
+    if (m_beschreibungen.isEmpty() && !m_alleBeschrieben)
+        return;
+    const QString anfang = sql.trimmed().left(6);
+    if (anfang.startsWith(QLatin1String("ALTER"), Qt::CaseInsensitive)
+        || anfang.startsWith(QLatin1String("CREATE"), Qt::CaseInsensitive)
+        || anfang.startsWith(QLatin1String("DROP"), Qt::CaseInsensitive)) {
+        m_beschreibungen.clear();
+        m_alleBeschrieben = false;
+    }
+}
+
 QVariant Database::scalar(const QString &sql, const QVariantList &params)
 {
     auto cursor = query(sql, params);

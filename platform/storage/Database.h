@@ -1,11 +1,11 @@
 #pragma once
 
 #include <QByteArrayView>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
 #include <QVariantList>
-
 #include <memory>
 #include <optional>
 
@@ -50,6 +50,13 @@ public:
 
     // The value as QVariant: null, qlonglong, double, QString or QDate.
     QVariant wert(int spalte) const;
+};
+
+// What a record set needs to know about its table to write rows back.
+struct Tabellenbeschreibung
+{
+    QStringList spalten; // in the table's order, as the engine names them
+    QStringList schluessel; // primary key columns in key order; empty when there is none
 };
 
 // One connection to an accounting database: a SQLCipher file or a PostgreSQL database.
@@ -110,10 +117,21 @@ public:
     virtual void rollback() = 0;
     virtual bool inTransaction() const = 0;
 
-    // Schema questions; names are compared without regard to ASCII case.
+    // Schema questions; names are compared without regard to ASCII case. A missing table
+    // fails with 3078. beschreiben() costs one server round trip.
     virtual bool hasTable(const QString &tabelle) = 0;
-    virtual QStringList columns(const QString &tabelle) = 0;
-    virtual QStringList primaryKey(const QString &tabelle) = 0;
+    virtual Tabellenbeschreibung beschreiben(const QString &tabelle) = 0;
+    // Every table of the schema, by its name in lower case, in one round trip; empty where the
+    // engine asks table by table.
+    virtual QHash<QString, Tabellenbeschreibung> alleBeschreiben() { return {}; }
+    QStringList columns(const QString &tabelle) { return beschreiben(tabelle).spalten; }
+    QStringList primaryKey(const QString &tabelle) { return beschreiben(tabelle).schluessel; }
+
+    // beschreiben(), remembered for this connection until a statement of its own changes the
+    // schema (ALTER, CREATE, DROP); the first question describes every table at once where the
+    // engine can. `erneuern` asks the engine again (another program may have added a column).
+    std::shared_ptr<const Tabellenbeschreibung> beschreibung(const QString &tabelle,
+                                                             bool erneuern = false);
 
     // What this connection's user may do with `tabelle`; nothing when there is no such table.
     // A read-only connection (or a write-protected file) may only read.
@@ -127,10 +145,15 @@ public:
 protected:
     explicit Database(QString ort)
         : m_ort(std::move(ort))
-    {}
+    { }
+
+    // For execute(): forgets the remembered descriptions when `sql` changes the schema.
+    void schemaAenderungBeachten(const QString &sql);
 
 private:
     QString m_ort;
+    QHash<QString, std::shared_ptr<const Tabellenbeschreibung>> m_beschreibungen;
+    bool m_alleBeschrieben = false;
 };
 
 // Rolls back unless committed.

@@ -6,10 +6,12 @@
 #include <QDate>
 #include <QDateTime>
 #include <QRegularExpression>
+#include <QMap>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <libpq-fe.h>
-#include <malloc.h>
+#include <optional>
 #include <vector>
 
 namespace platform::storage {
@@ -67,65 +69,106 @@ QByteArray alsText(const QVariant &wert)
     }
 }
 
-constexpr int GrossesErgebnis = 2000;
+// Kinds of the result columns by their type OIDs.
+Wertart artVonTyp(Oid typ)
+{
+    switch (typ) {
+    case OidBool:
+    case OidInt2:
+    case OidInt4:
+    case OidInt8:
+        return Wertart::Ganzzahl;
+    case OidFloat4:
+    case OidFloat8:
+    case OidNumeric:
+        return Wertart::Kommazahl;
+    case OidDate:
+        return Wertart::Datum;
+    default:
+        return Wertart::Text;
+    }
+}
 
+struct Ergebnis
+{
+    PGresult *res;
+    ~Ergebnis() { PQclear(res); }
+    PGresult *loslassen() { return std::exchange(res, nullptr); }
+};
+
+// Rows a cursor given up early still reads before it cancels the rest instead: a cancel costs
+// a connection of its own to the server.
+constexpr int RestOhneAbbruch = 512;
+
+} // namespace
+
+// The rows of one query as they arrive, one PGresult per row. Buffered rows are packed as
+// (int32 length, -1 for null, then the bytes) per value.
 class PostgresCursor final : public Cursor
 {
 public:
-    explicit PostgresCursor(PGresult *res)
-        : m_res(res)
-        , m_zeilen(PQntuples(res))
-        , m_spalten(PQnfields(res))
+    // Right after the query was sent: reads its first row, so that a failed query throws here.
+    PostgresCursor(PostgresDatabase *db, bool inTransaktion)
+        : m_db(db)
+        , m_conn(db->m_conn)
+        , m_inTransaktion(inTransaktion)
     {
-        m_arten.reserve(m_spalten);
-        for (int i = 0; i < m_spalten; ++i) {
-            switch (PQftype(res, i)) {
-            case OidBool:
-            case OidInt2:
-            case OidInt4:
-            case OidInt8:
-                m_arten.push_back(Wertart::Ganzzahl);
-                break;
-            case OidFloat4:
-            case OidFloat8:
-            case OidNumeric:
-                m_arten.push_back(Wertart::Kommazahl);
-                break;
-            case OidDate:
-                m_arten.push_back(Wertart::Datum);
-                break;
-            default:
-                m_arten.push_back(Wertart::Text);
-            }
-        }
-    }
-    ~PostgresCursor() override
-    {
-        // libpq keeps a whole result in many small heap blocks; after a year's load the heap
-        // would hold on to them. Hand the memory back so a loaded record set costs only its own
-        // packed rows.
-        const bool gross = PQntuples(m_res) >= GrossesErgebnis;
-        PQclear(m_res);
-        if (gross)
-            malloc_trim(0);
+        m_db->m_strom = this;
+        m_vorgelesen = holen();
     }
 
-    int spaltenAnzahl() const override { return m_spalten; }
-    QString spaltenName(int spalte) const override
+    ~PostgresCursor() override
     {
-        return QString::fromUtf8(PQfname(m_res, spalte));
+        if (m_db) {
+            try {
+                aufgeben();
+            } catch (...) {
+                // Nothing to report: the next statement resets a broken connection.
+            }
+            loesen();
+        }
+        PQclear(m_res);
     }
+
+    int spaltenAnzahl() const override { return int(m_arten.size()); }
+    QString spaltenName(int spalte) const override { return m_namen.value(spalte); }
+
     bool next() override
     {
-        if (m_zeile < m_zeilen)
-            ++m_zeile;
-        return m_zeile < m_zeilen;
+        if (m_vorgelesen) {
+            m_vorgelesen = false;
+            return m_hatZeile;
+        }
+        PQclear(m_res);
+        m_res = nullptr;
+        m_hatZeile = false;
+        if (m_db)
+            return holen();
+        if (m_leseStelle < m_puffer.size()) {
+            const char *p = m_puffer.data() + m_leseStelle;
+            for (size_t i = 0; i < m_arten.size(); ++i) {
+                qint32 laenge;
+                std::memcpy(&laenge, p, sizeof laenge);
+                p += sizeof laenge;
+                m_werte[i] = p;
+                m_laengen[i] = laenge;
+                if (laenge > 0)
+                    p += laenge;
+            }
+            m_leseStelle = size_t(p - m_puffer.data());
+            return m_hatZeile = true;
+        }
+        if (m_fehler) {
+            const RuntimeError fehler = *m_fehler;
+            m_fehler.reset();
+            throw fehler;
+        }
+        return false;
     }
+
     Wertart art(int spalte) const override
     {
-        if (PQgetisnull(m_res, m_zeile, spalte))
-            return Wertart::Null;
-        return m_arten[spalte];
+        return m_laengen[size_t(spalte)] < 0 ? Wertart::Null : m_arten[size_t(spalte)];
     }
     qint64 ganzzahl(int spalte) const override
     {
@@ -149,26 +192,149 @@ public:
     }
     QByteArrayView utf8(int spalte) const override
     {
-        return QByteArrayView(PQgetvalue(m_res, m_zeile, spalte),
-                              PQgetlength(m_res, m_zeile, spalte));
+        const qint32 laenge = m_laengen[size_t(spalte)];
+        return laenge <= 0 ? QByteArrayView() : QByteArrayView(m_werte[size_t(spalte)], laenge);
+    }
+
+    bool inTransaktion() const { return m_inTransaktion; }
+
+    // Reads the rows still on the way into the buffer and frees the connection. The current
+    // row stays valid. An error among those rows is thrown where it stood in the stream.
+    void puffern()
+    {
+        const PGresult *aktuell = m_res;
+        const bool vorgelesen = m_vorgelesen;
+        m_res = nullptr; // holen() must not clear the row the caller still reads
+        try {
+            while (m_db && holen()) {
+                for (int i = 0; i < spaltenAnzahl(); ++i) {
+                    const qint32 laenge = PQgetisnull(m_res, 0, i) ? -1 : PQgetlength(m_res, 0, i);
+                    const char *bytes = reinterpret_cast<const char *>(&laenge);
+                    m_puffer.insert(m_puffer.end(), bytes, bytes + sizeof laenge);
+                    if (laenge > 0) {
+                        const char *wert = PQgetvalue(m_res, 0, i);
+                        m_puffer.insert(m_puffer.end(), wert, wert + laenge);
+                    }
+                }
+                PQclear(m_res);
+                m_res = nullptr;
+            }
+        } catch (const RuntimeError &e) {
+            m_fehler = e;
+        }
+        m_res = const_cast<PGresult *>(aktuell);
+        m_vorgelesen = vorgelesen;
+        m_hatZeile = m_res != nullptr;
+        if (m_res)
+            zeileZeigen();
     }
 
 private:
-    PGresult *m_res;
-    int m_zeilen;
-    int m_spalten;
-    int m_zeile = -1;
+    // The next row from the connection into m_res; false at the end of the stream, which
+    // leaves the connection free. A failed statement throws after its last result was read.
+    bool holen()
+    {
+        for (;;) {
+            PGresult *r = PQgetResult(m_conn);
+            if (!r) {
+                loesen();
+                return m_hatZeile = false;
+            }
+            switch (PQresultStatus(r)) {
+            case PGRES_SINGLE_TUPLE:
+                spaltenMerken(r);
+                m_res = r;
+                zeileZeigen();
+                return m_hatZeile = true;
+            case PGRES_TUPLES_OK:
+                spaltenMerken(r);
+                PQclear(r);
+                break;
+            case PGRES_COMMAND_OK:
+            case PGRES_EMPTY_QUERY:
+                PQclear(r);
+                break;
+            default: {
+                Ergebnis fehler {r};
+                while (PGresult *rest = PQgetResult(m_conn))
+                    PQclear(rest);
+                PostgresDatabase *db = m_db;
+                loesen();
+                db->fehlerWerfen(fehler.loslassen());
+            }
+            }
+        }
+    }
+
+    void spaltenMerken(const PGresult *r)
+    {
+        if (m_spaltenBekannt)
+            return;
+        m_spaltenBekannt = true;
+        const int n = PQnfields(r);
+        for (int i = 0; i < n; ++i) {
+            m_namen.append(QString::fromUtf8(PQfname(r, i)));
+            m_arten.push_back(artVonTyp(PQftype(r, i)));
+        }
+        m_werte.assign(size_t(n), nullptr);
+        m_laengen.assign(size_t(n), -1);
+    }
+
+    void zeileZeigen()
+    {
+        for (size_t i = 0; i < m_arten.size(); ++i) {
+            const int spalte = int(i);
+            m_laengen[i] = PQgetisnull(m_res, 0, spalte) ? -1 : PQgetlength(m_res, 0, spalte);
+            m_werte[i] = PQgetvalue(m_res, 0, spalte);
+        }
+    }
+
+    // Gives the stream up: a short rest is read, a long one cancelled unless that would abort
+    // the caller's transaction.
+    void aufgeben()
+    {
+        for (int i = 0; m_db && i < RestOhneAbbruch; ++i) {
+            PQclear(m_res);
+            m_res = nullptr;
+            holen();
+        }
+        if (!m_db)
+            return;
+        if (!m_inTransaktion) {
+            if (PGcancel *abbruch = PQgetCancel(m_conn)) {
+                char fehler[256];
+                PQcancel(abbruch, fehler, int(sizeof fehler));
+                PQfreeCancel(abbruch);
+            }
+        }
+        PQclear(m_res);
+        m_res = nullptr;
+        while (PGresult *r = PQgetResult(m_conn))
+            PQclear(r);
+    }
+
+    void loesen()
+    {
+        if (m_db && m_db->m_strom == this)
+            m_db->m_strom = nullptr;
+        m_db = nullptr;
+    }
+
+    PostgresDatabase *m_db; // null once the stream has left the connection
+    PGconn *m_conn;
+    bool m_inTransaktion;
+    PGresult *m_res = nullptr; // the current row while streaming
+    bool m_vorgelesen = false;
+    bool m_hatZeile = false;
+    bool m_spaltenBekannt = false;
+    QStringList m_namen;
     std::vector<Wertart> m_arten;
+    std::vector<const char *> m_werte;
+    std::vector<qint32> m_laengen;
+    std::vector<char> m_puffer;
+    size_t m_leseStelle = 0;
+    std::optional<RuntimeError> m_fehler;
 };
-
-struct Ergebnis
-{
-    PGresult *res;
-    ~Ergebnis() { PQclear(res); }
-    PGresult *loslassen() { return std::exchange(res, nullptr); }
-};
-
-} // namespace
 
 PostgresDatabase::PostgresDatabase(const QString &uri, pg_conn *conn)
     : Database(uri)
@@ -177,6 +343,9 @@ PostgresDatabase::PostgresDatabase(const QString &uri, pg_conn *conn)
 
 PostgresDatabase::~PostgresDatabase()
 {
+    // A cursor may outlive its connection: it keeps the rest of its rows.
+    if (m_strom)
+        m_strom->puffern();
     PQfinish(m_conn);
 }
 
@@ -421,6 +590,8 @@ void PostgresDatabase::sitzungEinrichten()
 
 void PostgresDatabase::verbindungPruefen()
 {
+    if (m_strom)
+        m_strom->puffern();
     if (PQstatus(m_conn) == CONNECTION_OK)
         return;
     // One attempt per call: after a server restart the screen works again.
@@ -527,14 +698,13 @@ QPair<QByteArray, int> PostgresDatabase::platzhalterUmsetzen(const QString &sql)
     throw RuntimeError(AllgemeinerFehler, QStringLiteral("[%1] %2").arg(sqlstate, meldung));
 }
 
-pg_result *PostgresDatabase::ausfuehren(const QString &sql, const QVariantList &params)
+void PostgresDatabase::senden(const QString &sql, const QVariantList &params, bool zeilenweise)
 {
     verbindungPruefen();
-    PGresult *res = nullptr;
+    int gesendet = 0;
     if (params.isEmpty()) {
         // Without parameters several statements may share one text (schema scripts).
-        ++m_roundTrips;
-        res = PQexec(m_conn, sql.toUtf8().constData());
+        gesendet = PQsendQuery(m_conn, sql.toUtf8().constData());
     } else {
         auto it = m_umgesetzt.constFind(sql);
         if (it == m_umgesetzt.cend()) {
@@ -560,18 +730,46 @@ pg_result *PostgresDatabase::ausfuehren(const QString &sql, const QVariantList &
             zeiger[k] = werte[k].constData();
             laengen[k] = int(werte[k].size());
         }
-        ++m_roundTrips;
-        res = PQexecParams(m_conn, text.constData(), int(params.size()), nullptr, zeiger.data(),
-                           laengen.data(), nullptr, 0);
+        gesendet = PQsendQueryParams(m_conn, text.constData(), int(params.size()), nullptr,
+                                     zeiger.data(), laengen.data(), nullptr, 0);
     }
-    const ExecStatusType status = PQresultStatus(res);
-    if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK)
+    ++m_roundTrips;
+    if (!gesendet) {
+        werfen(fehlernummer::DatenbankNichtErreichbar,
+               QString::fromUtf8(PQerrorMessage(m_conn)).trimmed());
+    }
+    if (zeilenweise)
+        PQsetSingleRowMode(m_conn);
+}
+
+pg_result *PostgresDatabase::ausfuehren(const QString &sql, const QVariantList &params)
+{
+    senden(sql, params, false);
+    // The last result counts (a script's last statement), or the first error.
+    const auto ok = [](const PGresult *r) {
+        return PQresultStatus(r) == PGRES_COMMAND_OK || PQresultStatus(r) == PGRES_TUPLES_OK;
+    };
+    PGresult *res = nullptr;
+    while (PGresult *r = PQgetResult(m_conn)) {
+        if (res && !ok(res)) {
+            PQclear(r);
+            continue;
+        }
+        PQclear(res);
+        res = r;
+    }
+    if (!res) {
+        werfen(fehlernummer::DatenbankNichtErreichbar,
+               QString::fromUtf8(PQerrorMessage(m_conn)).trimmed());
+    }
+    if (!ok(res))
         fehlerWerfen(res);
     return res;
 }
 
 qint64 PostgresDatabase::execute(const QString &sql, const QVariantList &params)
 {
+    schemaAenderungBeachten(sql);
     Ergebnis e {ausfuehren(sql, params)};
     const char *anzahl = PQcmdTuples(e.res);
     return anzahl && *anzahl ? QByteArray(anzahl).toLongLong() : 0;
@@ -579,7 +777,9 @@ qint64 PostgresDatabase::execute(const QString &sql, const QVariantList &params)
 
 std::unique_ptr<Cursor> PostgresDatabase::query(const QString &sql, const QVariantList &params)
 {
-    return std::make_unique<PostgresCursor>(ausfuehren(sql, params));
+    const bool inTransaktion = inTransaction();
+    senden(sql, params, true);
+    return std::make_unique<PostgresCursor>(this, inTransaktion);
 }
 
 void PostgresDatabase::begin()
@@ -599,6 +799,9 @@ void PostgresDatabase::rollback()
 
 bool PostgresDatabase::inTransaction() const
 {
+    // While rows stream the server reports the connection busy, not the block around it.
+    if (m_strom)
+        return m_strom->inTransaktion();
     const PGTransactionStatusType s = PQtransactionStatus(m_conn);
     return s == PQTRANS_INTRANS || s == PQTRANS_INERROR || s == PQTRANS_ACTIVE;
 }
@@ -612,37 +815,52 @@ bool PostgresDatabase::hasTable(const QString &tabelle)
                 .isNull();
 }
 
-QStringList PostgresDatabase::columns(const QString &tabelle)
+namespace {
+
+// Columns and key of the tables of the current schema; the key's array counts from 0.
+const QString SqlBeschreibung = QStringLiteral(
+    "SELECT c.relname, a.attname, COALESCE(array_position(i.indkey::int2[], a.attnum) "
+    "- array_lower(i.indkey::int2[], 1) + 1, 0) "
+    "FROM pg_class c "
+    "JOIN pg_namespace n ON n.oid = c.relnamespace "
+    "JOIN pg_attribute a ON a.attrelid = c.oid AND a.attnum > 0 AND NOT a.attisdropped "
+    "LEFT JOIN pg_index i ON i.indrelid = c.oid AND i.indisprimary "
+    "WHERE n.nspname = current_schema() AND c.relkind IN ('r', 'v', 'p', 'm', 'f') ");
+
+// Rows of (table, column, place in the key) into descriptions by table name in lower case.
+QHash<QString, Tabellenbeschreibung> beschreibungenLesen(Cursor &c)
 {
-    QStringList namen;
-    auto c = query(QStringLiteral("SELECT column_name FROM information_schema.columns "
-                                  "WHERE table_schema = current_schema() "
-                                  "AND lower(table_name) = lower(?) ORDER BY ordinal_position"),
-                   {tabelle});
-    while (c->next())
-        namen.append(c->wert(0).toString());
-    if (namen.isEmpty() && !hasTable(tabelle))
-        werfen(fehlernummer::TabelleNichtGefunden, tabelle);
-    return namen;
+    QHash<QString, Tabellenbeschreibung> alle;
+    QHash<QString, QMap<qint64, QString>> schluessel;
+    while (c.next()) {
+        const QString tabelle = QString::fromUtf8(c.utf8(0)).toLower();
+        const QString spalte = QString::fromUtf8(c.utf8(1));
+        alle[tabelle].spalten.append(spalte);
+        if (const qint64 stelle = c.ganzzahl(2); stelle > 0)
+            schluessel[tabelle].insert(stelle, spalte);
+    }
+    for (auto it = schluessel.cbegin(); it != schluessel.cend(); ++it)
+        alle[it.key()].schluessel = it->values();
+    return alle;
 }
 
-QStringList PostgresDatabase::primaryKey(const QString &tabelle)
+} // namespace
+
+Tabellenbeschreibung PostgresDatabase::beschreiben(const QString &tabelle)
 {
-    if (!hasTable(tabelle))
+    auto c = query(SqlBeschreibung
+                       + QStringLiteral("AND lower(c.relname) = lower(?) ORDER BY a.attnum"),
+                   {tabelle});
+    const auto alle = beschreibungenLesen(*c);
+    if (alle.isEmpty())
         werfen(fehlernummer::TabelleNichtGefunden, tabelle);
-    QStringList namen;
-    auto c = query(
-        QStringLiteral("SELECT a.attname FROM pg_index i "
-                       "JOIN pg_class c ON c.oid = i.indrelid "
-                       "JOIN pg_namespace n ON n.oid = c.relnamespace "
-                       "JOIN pg_attribute a ON a.attrelid = c.oid AND a.attnum = ANY(i.indkey) "
-                       "WHERE i.indisprimary AND n.nspname = current_schema() "
-                       "AND lower(c.relname) = lower(?) "
-                       "ORDER BY array_position(i.indkey::int2[], a.attnum)"),
-        {tabelle});
-    while (c->next())
-        namen.append(c->wert(0).toString());
-    return namen;
+    return alle.cbegin().value();
+}
+
+QHash<QString, Tabellenbeschreibung> PostgresDatabase::alleBeschreiben()
+{
+    auto c = query(SqlBeschreibung + QStringLiteral("ORDER BY c.relname, a.attnum"));
+    return beschreibungenLesen(*c);
 }
 
 std::optional<Tabellenrechte> PostgresDatabase::rechte(const QString &tabelle)

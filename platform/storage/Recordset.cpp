@@ -5,7 +5,6 @@
 
 #include <QDate>
 #include <QHash>
-#include <QMutex>
 #include <QSet>
 
 namespace platform::storage {
@@ -27,23 +26,8 @@ struct Recordset::Zustand
 
 namespace {
 
-// Table keys do not change while the program runs; asking the engine costs a round trip.
-QStringList primaerschluessel(Database &db, const QString &tabelle)
-{
-    static QMutex sperre;
-    static QHash<QString, QStringList> cache;
-    const QString schluessel = db.ort() + QChar(0x1f) + asciiKlein(tabelle);
-    {
-        QMutexLocker l(&sperre);
-        const auto it = cache.constFind(schluessel);
-        if (it != cache.cend())
-            return *it;
-    }
-    const QStringList spalten = db.primaryKey(tabelle);
-    QMutexLocker l(&sperre);
-    cache.insert(schluessel, spalten);
-    return spalten;
-}
+// Rows from which FindFirst uses an index instead of comparing row by row.
+constexpr int IndexAb = 256;
 
 bool istBezeichnerZeichen(QChar c)
 {
@@ -290,7 +274,6 @@ Recordset::Recordset(KlonTag, const Recordset &quelle)
     , m_tabelle(quelle.m_tabelle)
     , m_tabelleSql(quelle.m_tabelleSql)
     , m_zeilen(quelle.m_zeilen)
-    , m_schluessel(quelle.m_schluessel)
 {
     if (m_zeilen->anzahl() > 0)
         positionieren(0);
@@ -305,6 +288,14 @@ void Recordset::laden()
     auto cursor = m_db->query(m_sql, m_params);
     auto neu = std::make_shared<Zeilenspeicher>(m_zeilen->naechsteId());
     neu->laden(*cursor);
+    cursor.reset();
+    // Known now, so that the first save costs no look-up; when that fails, the first edit
+    // asks again and reports it.
+    if (!m_tabelle.isEmpty()) {
+        try {
+            tabelleZuordnen(*neu);
+        } catch (const RuntimeError &) { }
+    }
     // Only now: a failed query leaves the rows as they were.
     m_zeilen = std::move(neu);
     m_cacheSpeicher = nullptr;
@@ -452,19 +443,40 @@ void Recordset::suchen(const std::vector<Kriterium> &kriterien, int ab)
     bedingungen.reserve(kriterien.size());
     for (const Kriterium &k : kriterien)
         bedingungen.push_back(vorbereiten(feldPruefen(k.feld), k.wert));
-    const int n = m_zeilen->anzahl();
-    for (int i = std::max(ab, 0); i < n; ++i) {
-        bool alle = true;
+    const auto alle = [&](int zeile) {
         for (const Bedingung &b : bedingungen) {
-            if (!passt(m_zeilen->feld(i, b.spalte), b)) {
-                alle = false;
-                break;
-            }
+            if (!passt(m_zeilen->feld(zeile, b.spalte), b))
+                return false;
         }
-        if (alle) {
-            bearbeitungVerwerfen();
-            positionieren(i);
-            m_noMatch = false;
+        return true;
+    };
+    const auto gefunden = [&](int zeile) {
+        bearbeitungVerwerfen();
+        positionieren(zeile);
+        m_noMatch = false;
+    };
+    ab = std::max(ab, 0);
+    const int n = m_zeilen->anzahl();
+    // A year of many accounts is searched by number on every record shown: by the column's
+    // index where a text is compared exactly, row by row otherwise.
+    const auto text = std::find_if(bedingungen.begin(), bedingungen.end(), [](const Bedingung &b) {
+        return b.art == Bedingung::Art::Text && !b.datum;
+    });
+    if (text != bedingungen.end() && n - ab >= IndexAb) {
+        int zeile = m_zeilen->textSuchen(text->spalte, QByteArrayView(text->utf8), ab);
+        if (zeile != -2) {
+            while (zeile >= 0 && !alle(zeile))
+                zeile = m_zeilen->textSuchen(text->spalte, QByteArrayView(text->utf8), zeile + 1);
+            if (zeile >= 0)
+                gefunden(zeile);
+            else
+                m_noMatch = true;
+            return;
+        }
+    }
+    for (int i = ab; i < n; ++i) {
+        if (alle(i)) {
+            gefunden(i);
             return;
         }
     }
@@ -609,34 +621,47 @@ QStringList Recordset::geaenderteFelder() const
     return felder;
 }
 
+void Recordset::tabelleZuordnen(Zeilenspeicher &z) const
+{
+    const auto istBekannt = [&](const Tabellenbeschreibung &b) {
+        QSet<QString> spalten;
+        for (const QString &s : b.spalten)
+            spalten.insert(asciiKlein(s));
+        z.tabellenSpalte.assign(size_t(z.spaltenAnzahl()), false);
+        bool alle = true;
+        for (int i = 0; i < z.spaltenAnzahl(); ++i) {
+            z.tabellenSpalte[size_t(i)] = spalten.contains(asciiKlein(z.namen()[i]));
+            alle = alle && z.tabellenSpalte[size_t(i)];
+        }
+        return alle;
+    };
+    auto b = m_db->beschreibung(m_tabelle);
+    // A column the remembered description lacks: another program may have added it since.
+    // Computed columns of the result are neither compared nor written.
+    if (!istBekannt(*b)) {
+        b = m_db->beschreibung(m_tabelle, true);
+        istBekannt(*b);
+    }
+    z.schluessel.clear();
+    for (const QString &s : b->schluessel) {
+        const int index = z.spalte(s);
+        if (index < 0) {
+            z.schluessel.clear();
+            break;
+        }
+        z.schluessel.push_back(index);
+    }
+    z.tabelleBekannt = true;
+}
+
 void Recordset::aktualisierbarPruefen()
 {
     if (m_tabelle.isEmpty())
         RuntimeError::ausloesen(NichtAktualisierbar);
-    if (m_schluessel.empty()) {
-        const QStringList schluessel = primaerschluessel(*m_db, m_tabelle);
-        std::vector<int> spalten;
-        for (const QString &s : schluessel) {
-            const int index = m_zeilen->spalte(s);
-            if (index < 0)
-                RuntimeError::ausloesen(NichtAktualisierbar);
-            spalten.push_back(index);
-        }
-        if (spalten.empty())
-            RuntimeError::ausloesen(NichtAktualisierbar);
-        m_schluessel = std::move(spalten);
-    }
-    Zeilenspeicher &z = *m_zeilen;
-    if (!z.metadatenGeladen) {
-        // Computed columns of the result are neither compared nor written.
-        QSet<QString> spalten;
-        for (const QString &s : m_db->columns(m_tabelle))
-            spalten.insert(asciiKlein(s));
-        z.tabellenSpalte.assign(size_t(z.spaltenAnzahl()), false);
-        for (int i = 0; i < z.spaltenAnzahl(); ++i)
-            z.tabellenSpalte[size_t(i)] = spalten.contains(asciiKlein(z.namen()[i]));
-        z.metadatenGeladen = true;
-    }
+    if (!m_zeilen->tabelleBekannt)
+        tabelleZuordnen(*m_zeilen);
+    if (m_zeilen->schluessel.empty())
+        RuntimeError::ausloesen(NichtAktualisierbar);
 }
 
 QString Recordset::vergleichsOperator() const
@@ -648,7 +673,7 @@ QString Recordset::vergleichsOperator() const
 QVariantList Recordset::schluesselAus(const QVariantList &werte) const
 {
     QVariantList schluessel;
-    for (int s : m_schluessel)
+    for (int s : m_zeilen->schluessel)
         schluessel.append(werte[s]);
     return schluessel;
 }
@@ -657,14 +682,15 @@ QString Recordset::zeilenBedingung(const QVariantList &gelesen, QVariantList &pa
 {
     const QStringList &namen = m_zeilen->namen();
     QStringList teile;
-    for (int s : m_schluessel) {
+    const std::vector<int> &schluessel = m_zeilen->schluessel;
+    for (int s : schluessel) {
         teile.append(namen[s] + QStringLiteral(" = ?"));
         params.append(gelesen[s]);
     }
     const QString vergleich = vergleichsOperator();
     for (int i = 0; i < m_zeilen->spaltenAnzahl(); ++i) {
         if (!m_zeilen->tabellenSpalte[size_t(i)]
-            || std::find(m_schluessel.begin(), m_schluessel.end(), i) != m_schluessel.end())
+            || std::find(schluessel.begin(), schluessel.end(), i) != schluessel.end())
             continue;
         teile.append(namen[i] + vergleich);
         params.append(gelesen[i]);
@@ -679,7 +705,7 @@ void Recordset::zeileLesen(const QVariantList &schluesselWerte, Zeilenspeicher &
     for (int i = 0; i < m_zeilen->spaltenAnzahl(); ++i)
         auswahl.append(m_zeilen->tabellenSpalte[size_t(i)] ? namen[i] : QStringLiteral("NULL"));
     QStringList bedingung;
-    for (int s : m_schluessel)
+    for (int s : m_zeilen->schluessel)
         bedingung.append(namen[s] + QStringLiteral(" = ?"));
     const QString sql = QStringLiteral("SELECT ") + auswahl.join(QStringLiteral(", "))
         + QStringLiteral(" FROM ") + m_tabelleSql + QStringLiteral(" WHERE ")

@@ -144,6 +144,9 @@ private:
     const QVariantList &aktuelleWerte() const;
     int feldPruefen(const QString &name) const;
     void aktualisierbarPruefen();
+    // Marks the table's columns and key in the rows' storage (one round trip the first time a
+    // connection meets the table).
+    void tabelleZuordnen(Zeilenspeicher &z) const;
     QString vergleichsOperator() const;
     // WHERE text naming the row by its key and its values as read; fills `params`.
     QString zeilenBedingung(const QVariantList &gelesen, QVariantList &params) const;
@@ -173,7 +176,6 @@ private:
     EditMode m_editMode = EditMode::Keiner;
     std::unique_ptr<Zustand> m_zustand;
     QStringList m_fremdGeaendert;
-    std::vector<int> m_schluessel; // result columns of the table key, empty until needed
     // The decoded current row, valid while the row keeps its packing.
     mutable const Zeilenspeicher *m_cacheSpeicher = nullptr;
     mutable quint32 m_cacheOffset = 0;

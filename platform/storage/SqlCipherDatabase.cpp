@@ -600,6 +600,9 @@ public:
         : m_a(std::move(a))
         , m_stmt(m_a->stmt())
     {
+        // The first step prepares a cached statement anew when another connection changed the
+        // schema; only then do its columns (SELECT *) say what the rows hold.
+        m_fertig = !m_a->schritt();
         const int n = sqlite3_column_count(m_stmt);
         m_datum.resize(n);
         for (int i = 0; i < n; ++i) {
@@ -615,6 +618,10 @@ public:
     }
     bool next() override
     {
+        if (m_vorgelesen) {
+            m_vorgelesen = false;
+            return !m_fertig;
+        }
         if (m_fertig)
             return false;
         m_fertig = !m_a->schritt();
@@ -646,6 +653,7 @@ private:
     sqlite3_stmt *m_stmt;
     QList<bool> m_datum;
     bool m_fertig = false;
+    bool m_vorgelesen = true;
 };
 
 } // namespace
@@ -790,6 +798,7 @@ void SqlCipherDatabase::verschluesseln(const QString &pfad, const QString &passw
 
 qint64 SqlCipherDatabase::execute(const QString &sql, const QVariantList &params)
 {
+    schemaAenderungBeachten(sql);
     // Several statements in one text (schema scripts) run in one go; they take no parameters.
     if (params.isEmpty() && sql.contains(QLatin1Char(';'))) {
         direkt(m_db, sql.toUtf8());
@@ -862,24 +871,18 @@ QList<QPair<QString, int>> SqlCipherDatabase::tabellenInfo(const QString &tabell
     return info;
 }
 
-QStringList SqlCipherDatabase::columns(const QString &tabelle)
-{
-    QStringList namen;
-    for (const auto &[name, pk] : tabellenInfo(tabelle))
-        namen.append(name);
-    return namen;
-}
-
-QStringList SqlCipherDatabase::primaryKey(const QString &tabelle)
+Tabellenbeschreibung SqlCipherDatabase::beschreiben(const QString &tabelle)
 {
     auto info = tabellenInfo(tabelle);
+    Tabellenbeschreibung b;
+    for (const auto &[name, pk] : info)
+        b.spalten.append(name);
     info.removeIf([](const auto &i) { return i.second == 0; });
     std::sort(info.begin(), info.end(),
               [](const auto &a, const auto &b) { return a.second < b.second; });
-    QStringList namen;
     for (const auto &[name, pk] : info)
-        namen.append(name);
-    return namen;
+        b.schluessel.append(name);
+    return b;
 }
 
 } // namespace platform::storage

@@ -54,10 +54,8 @@ public:
     void rollback() override;
     bool inTransaction() const override;
 
-    // For a missing table columns() and primaryKey() fail with 3078.
     bool hasTable(const QString &tabelle) override;
-    QStringList columns(const QString &tabelle) override;
-    QStringList primaryKey(const QString &tabelle) override;
+    Tabellenbeschreibung beschreiben(const QString &tabelle) override;
     std::optional<Tabellenrechte> rechte(const QString &tabelle) override;
 
 private:

@@ -73,26 +73,65 @@ QVariant alsVariant(const RohWert &w, bool alsGelesen)
 
 } // namespace
 
-uint8_t *Zeilenspeicher::Arena::frei(size_t n)
+Zeilenspeicher::Arena::~Arena()
 {
-    if (m_groesse + n > m_kapazitaet) {
-        const size_t neu = std::max(m_groesse + n, std::max<size_t>(4096, m_kapazitaet * 2));
-        auto *p = static_cast<uint8_t *>(std::realloc(m_daten, neu));
-        if (!p)
-            throw std::bad_alloc();
-        m_daten = p;
-        m_kapazitaet = neu;
+    for (const Block &b : m_bloecke)
+        std::free(b.daten);
+}
+
+void Zeilenspeicher::Arena::neuerBlock(size_t n)
+{
+    constexpr size_t ErsterBlock = 4096;
+    constexpr size_t GroessterBlock = size_t(1) << OffsetBits;
+    const size_t teil = m_belegt - m_zeilenAnfang; // the row packed so far moves along
+    size_t groesse = m_bloecke.empty() ? ErsterBlock : std::min(GroessterBlock, m_groesse * 2);
+    // A row outgrowing the largest block: room for its further values, so that it moves once.
+    if (teil + n > groesse)
+        groesse = teil + n + (teil + n) / 4;
+    // A block holding nothing but the row that outgrew it is replaced.
+    const bool ersetzen = !m_bloecke.empty() && m_zeilenAnfang == 0;
+    if (!ersetzen && m_bloecke.size() >= (size_t(1) << (32 - OffsetBits)))
+        throw std::length_error("Zeilenspeicher: mehr als 4 GB Zeilendaten");
+    auto *neu = static_cast<uint8_t *>(std::malloc(groesse));
+    if (!neu)
+        throw std::bad_alloc();
+    if (teil)
+        std::memcpy(neu, m_block + m_zeilenAnfang, teil);
+    if (ersetzen) {
+        std::free(m_block);
+        m_kapazitaet -= m_groesse;
+        m_bloecke.back() = Block {neu, groesse};
+    } else {
+        m_bloecke.push_back(Block {neu, groesse});
     }
-    return m_daten + m_groesse;
+    m_kapazitaet += groesse;
+    m_block = neu;
+    m_groesse = groesse;
+    m_belegt = teil;
+    m_zeilenAnfang = 0;
+}
+
+quint32 Zeilenspeicher::Arena::zeileBeenden()
+{
+    const quint32 position = quint32(m_bloecke.size() - 1) << OffsetBits | quint32(m_zeilenAnfang);
+    m_zeilenAnfang = m_belegt;
+    // Offsets of row starts must fit their bits: after a row larger than a block, a new one.
+    if (m_belegt > OffsetMaske) {
+        schrumpfen();
+        m_groesse = m_belegt;
+    }
+    return position;
 }
 
 void Zeilenspeicher::Arena::schrumpfen()
 {
-    if (m_groesse == 0 || m_groesse == m_kapazitaet)
+    if (m_bloecke.empty() || m_belegt == m_groesse || m_belegt == 0)
         return;
-    if (auto *p = static_cast<uint8_t *>(std::realloc(m_daten, m_groesse))) {
-        m_daten = p;
-        m_kapazitaet = m_groesse;
+    if (auto *p = static_cast<uint8_t *>(std::realloc(m_block, m_belegt))) {
+        m_kapazitaet -= m_groesse - m_belegt;
+        m_block = p;
+        m_groesse = m_belegt;
+        m_bloecke.back() = Block {p, m_belegt};
     }
 }
 
@@ -107,25 +146,28 @@ QString asciiKlein(const QString &name)
 }
 
 Zeilenspeicher::Zeilenspeicher(qint64 ersteId)
-    : m_naechsteId(ersteId)
+    : m_ersteId(ersteId)
+    , m_naechsteId(ersteId)
 { }
 
-void Zeilenspeicher::laden(Cursor &cursor)
+void Zeilenspeicher::spaltenFestlegen(const QStringList &namen)
+{
+    m_namen = namen;
+    m_index.clear();
+    // With a name twice in the result the first one wins, as field lookups expect.
+    for (qsizetype i = m_namen.size() - 1; i >= 0; --i)
+        m_index.insert(asciiKlein(m_namen[i]), int(i));
+}
+
+void Zeilenspeicher::laden(Cursor &cursor, const std::function<void(qint64)> &jeTausend)
 {
     const int n = cursor.spaltenAnzahl();
-    m_namen.clear();
-    m_index.clear();
-    for (int i = 0; i < n; ++i) {
-        m_namen.append(cursor.spaltenName(i));
-    }
-    // With a name twice in the result the first one wins, as field lookups expect.
-    for (int i = n - 1; i >= 0; --i)
-        m_index.insert(asciiKlein(m_namen[i]), i);
+    QStringList namen;
+    for (int i = 0; i < n; ++i)
+        namen.append(cursor.spaltenName(i));
+    spaltenFestlegen(namen);
 
     while (cursor.next()) {
-        const size_t anfang = m_daten.size();
-        if (anfang > std::numeric_limits<quint32>::max())
-            throw std::length_error("Zeilenspeicher: mehr als 4 GB Zeilendaten");
         for (int i = 0; i < n; ++i) {
             const Wertart art = cursor.art(i);
             switch (art) {
@@ -165,9 +207,10 @@ void Zeilenspeicher::laden(Cursor &cursor)
             }
             }
         }
-        m_zeilen.push_back(Zeile {m_naechsteId++, quint32(anfang)});
+        m_zeilen.push_back(Zeile {m_naechsteId++, m_daten.zeileBeenden()});
+        if (jeTausend && m_zeilen.size() % 1000 == 0)
+            jeTausend(qint64(m_zeilen.size()));
     }
-    // Doubling leaves up to half the arena unused; one copy gives it back.
     m_daten.schrumpfen();
     m_zeilen.shrink_to_fit();
     ++m_stand;
@@ -210,7 +253,7 @@ const uint8_t *Zeilenspeicher::ueberspringen(const uint8_t *p) const
 
 RohWert Zeilenspeicher::feld(int zeile, int spalte) const
 {
-    const uint8_t *p = m_daten.data() + m_zeilen[size_t(zeile)].offset;
+    const uint8_t *p = m_daten.zeile(m_zeilen[size_t(zeile)].offset);
     for (int i = 0; i < spalte; ++i)
         p = ueberspringen(p);
     RohWert w;
@@ -237,13 +280,18 @@ RohWert Zeilenspeicher::feld(int zeile, int spalte) const
     return w;
 }
 
+QVariant Zeilenspeicher::wert(int zeile, int spalte) const
+{
+    return alsVariant(feld(zeile, spalte), false);
+}
+
 QVariantList Zeilenspeicher::zeile(int zeile, bool alsGelesen) const
 {
     QVariantList werte;
     const int n = spaltenAnzahl();
     werte.reserve(n);
     // Walks the packing once instead of skipping from the start for every field.
-    const uint8_t *p = m_daten.data() + m_zeilen[size_t(zeile)].offset;
+    const uint8_t *p = m_daten.zeile(m_zeilen[size_t(zeile)].offset);
     for (int i = 0; i < n; ++i) {
         RohWert w;
         quint64 v = 0;
@@ -276,9 +324,6 @@ QVariantList Zeilenspeicher::zeile(int zeile, bool alsGelesen) const
 
 quint32 Zeilenspeicher::packen(const QVariantList &werte)
 {
-    const size_t anfang = m_daten.size();
-    if (anfang > std::numeric_limits<quint32>::max())
-        throw std::length_error("Zeilenspeicher: mehr als 4 GB Zeilendaten");
     for (int i = 0; i < spaltenAnzahl(); ++i) {
         const QVariant wert = i < werte.size() ? werte[i] : QVariant();
         if (wert.isNull()) {
@@ -336,27 +381,134 @@ quint32 Zeilenspeicher::packen(const QVariantList &werte)
         }
         }
     }
-    return quint32(anfang);
+    return m_daten.zeileBeenden();
 }
 
 void Zeilenspeicher::anhaengen(const QVariantList &werte)
 {
     const quint32 offset = packen(werte);
     m_zeilen.push_back(Zeile {m_naechsteId++, offset});
+    indizesAnpassen(anzahl() - 1, true);
     ++m_stand;
 }
 
 void Zeilenspeicher::ersetzen(int zeile, const QVariantList &werte)
 {
+    indizesAnpassen(zeile, false);
     const quint32 offset = packen(werte);
     m_zeilen[size_t(zeile)].offset = offset;
+    indizesAnpassen(zeile, true);
     ++m_stand;
 }
 
 void Zeilenspeicher::entfernen(int zeile)
 {
+    indizesAnpassen(zeile, false);
     m_zeilen.erase(m_zeilen.begin() + zeile);
     ++m_stand;
+}
+
+namespace {
+
+constexpr quint32 Entfernt = 0xffffffff;
+
+size_t streuwert(QByteArrayView text)
+{
+    return qHash(text, 0x5bd1e995);
+}
+
+} // namespace
+
+bool Zeilenspeicher::indexEintragen(Textindex &index, int spalte, int zeile)
+{
+    const RohWert w = feld(zeile, spalte);
+    if (w.art == Wertart::Null)
+        return true;
+    if (w.art != Wertart::Text && w.art != Wertart::Datum)
+        return false;
+    // At most half the places taken, so that the chains stay short.
+    if ((index.belegt + 1) * 2 > index.plaetze.size()) {
+        std::vector<quint32> alt = std::move(index.plaetze);
+        size_t groesse = 1024;
+        while (groesse < size_t(anzahl()) * 2 + 1024)
+            groesse *= 2;
+        index.plaetze.assign(groesse, 0);
+        index.belegt = 0;
+        for (quint32 platz : alt) {
+            if (platz != 0 && platz != Entfernt) {
+                const int z = finden(m_ersteId + platz - 1);
+                if (z >= 0 && z != zeile)
+                    indexEintragen(index, spalte, z);
+            }
+        }
+    }
+    const size_t maske = index.plaetze.size() - 1;
+    for (size_t i = streuwert(w.text) & maske;; i = (i + 1) & maske) {
+        if (index.plaetze[i] == 0) {
+            index.plaetze[i] = quint32(id(zeile) - m_ersteId + 1);
+            ++index.belegt;
+            return true;
+        }
+    }
+}
+
+void Zeilenspeicher::indexAustragen(Textindex &index, int spalte, int zeile)
+{
+    const RohWert w = feld(zeile, spalte);
+    if (w.art != Wertart::Text && w.art != Wertart::Datum)
+        return;
+    const size_t maske = index.plaetze.size() - 1;
+    const quint32 gesucht = quint32(id(zeile) - m_ersteId + 1);
+    for (size_t i = streuwert(w.text) & maske; index.plaetze[i] != 0; i = (i + 1) & maske) {
+        if (index.plaetze[i] == gesucht) {
+            index.plaetze[i] = Entfernt;
+            return;
+        }
+    }
+}
+
+void Zeilenspeicher::indizesAnpassen(int zeile, bool eintragen)
+{
+    for (auto it = m_indizes.begin(); it != m_indizes.end();) {
+        if (!eintragen) {
+            indexAustragen(*it, it.key(), zeile);
+            ++it;
+        } else if (indexEintragen(*it, it.key(), zeile)) {
+            ++it;
+        } else {
+            it = m_indizes.erase(it);
+        }
+    }
+}
+
+int Zeilenspeicher::textSuchen(int spalte, QByteArrayView text, int ab)
+{
+    auto it = m_indizes.find(spalte);
+    if (it == m_indizes.end()) {
+        Textindex index;
+        for (int z = 0; z < anzahl(); ++z) {
+            if (!indexEintragen(index, spalte, z))
+                return -2;
+        }
+        it = m_indizes.insert(spalte, std::move(index));
+    }
+    const Textindex &index = *it;
+    if (index.plaetze.empty())
+        return -1;
+    // Rows with equal values share one chain; the first of them from `ab` on wins.
+    int erste = -1;
+    const size_t maske = index.plaetze.size() - 1;
+    for (size_t i = streuwert(text) & maske; index.plaetze[i] != 0; i = (i + 1) & maske) {
+        const quint32 kandidat = index.plaetze[i];
+        if (kandidat == Entfernt)
+            continue;
+        const int z = finden(m_ersteId + kandidat - 1);
+        if (z < ab || (erste >= 0 && z >= erste))
+            continue;
+        if (feld(z, spalte).text == text)
+            erste = z;
+    }
+    return erste;
 }
 
 qint64 Zeilenspeicher::speicherBytes() const

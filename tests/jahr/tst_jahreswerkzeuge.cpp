@@ -6,6 +6,7 @@
 #include "jahr/KontenCsv.h"
 #include "platform/storage/Schema.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -408,6 +409,9 @@ private slots:
             << "\"b;c\nd;\"e\"\nf\n"
             << QStringList {"1: !", "2: d|e", "3: f"};
         QTest::newRow("text nach anfuehrung") << "\"ab\"c;d\nx" << QStringList {"1: !", "2: x"};
+        QTest::newRow("mehrbytige zeichen")
+            << u"Ä;€\r\n\"ö\r\n\";𝄞\r\n"_qs << QStringList {u"1: Ä|€"_qs, u"2: ö\r\n|𝄞"_qs};
+        QTest::newRow("anfuehrung am ende") << "a;\"b\"" << QStringList {"1: a|b"};
     }
     void csvFelder()
     {
@@ -419,6 +423,20 @@ private slots:
                     + (s.fehler.isEmpty() ? s.felder.join('|') : QStringLiteral("!"));
         }
         QCOMPARE(gelesen, saetze);
+        // A file read in blocks of any size, cut inside a character, a CRLF or after a quote.
+        for (const qint64 block : {1, 2, 3, 5, 1 << 20}) {
+            QByteArray bytes = text.toUtf8();
+            QBuffer puffer(&bytes);
+            QVERIFY(puffer.open(QIODevice::ReadOnly));
+            jahr::CsvDatei datei(puffer, block);
+            QStringList stueckweise;
+            jahr::CsvSatz s;
+            while (datei.naechster(s)) {
+                stueckweise << QString::number(s.zeile) + ": "
+                        + (s.fehler.isEmpty() ? s.felder.join('|') : QStringLiteral("!"));
+            }
+            QCOMPARE(stueckweise, saetze);
+        }
         // Written back field by field, every good record reads the same again.
         for (const jahr::CsvSatz &s : jahr::csvLesen(text)) {
             QStringList felder;

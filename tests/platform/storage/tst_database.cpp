@@ -14,6 +14,7 @@
 #include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
+#include <optional>
 #include <sqlite3.h>
 
 using platform::RuntimeError;
@@ -213,6 +214,8 @@ private slots:
     void gleicheAnweisungZweiCursor();
     void cursorUeberlebtVerbindung();
     void roundTripsZaehlen();
+    void strom_data();
+    void strom();
     void verbindungsabbruchUndWiederherstellung();
 
     void falscherSchluesselLaesstDateiUnveraendert_data();
@@ -772,6 +775,90 @@ void tst_Database::roundTripsZaehlen()
     m_db->scalar(QStringLiteral("SELECT y FROM x"));
     const qint64 erwartet = testhilfe::aktuelleEngine() == Engine::PostgreSql ? 2 : 0;
     QCOMPARE(m_db->roundTrips() - vorher, erwartet);
+}
+
+void tst_Database::strom_data()
+{
+    QTest::addColumn<int>("fehlerBei"); // row whose value fails (0: none)
+    QTest::addColumn<int>("dazwischenNach"); // rows read before another statement runs (-1: none)
+    QTest::addColumn<int>("aufgebenNach"); // rows read before the cursor is dropped (-1: none)
+    QTest::addColumn<bool>("transaktion");
+
+    QTest::newRow("bis zum Ende") << 0 << -1 << -1 << false;
+    QTest::newRow("Fehler mitten im Strom") << 2500 << -1 << -1 << false;
+    QTest::newRow("Fehler in Transaktion") << 2500 << -1 << -1 << true;
+    QTest::newRow("andere Anweisung dazwischen") << 0 << 10 << -1 << false;
+    QTest::newRow("andere Anweisung vor dem ersten") << 0 << 0 << -1 << false;
+    QTest::newRow("andere Anweisung, dann Fehler") << 2500 << 10 << -1 << false;
+    QTest::newRow("dazwischen in Transaktion") << 0 << 10 << -1 << true;
+    QTest::newRow("früh aufgegeben") << 0 << -1 << 5 << false;
+    QTest::newRow("in Transaktion aufgegeben") << 0 << -1 << 5 << true;
+}
+
+void tst_Database::strom()
+{
+    QFETCH(int, fehlerBei);
+    QFETCH(int, dazwischenNach);
+    QFETCH(int, aufgebenNach);
+    QFETCH(bool, transaktion);
+    // More rows than any buffer of the engines holds at once.
+    constexpr int Zeilen = 3000;
+    m_db->execute(QStringLiteral("WITH RECURSIVE r(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM r "
+                                 "WHERE n < %1) INSERT INTO x (y) SELECT n FROM r")
+                      .arg(Zeilen));
+    std::optional<Transaktion> t;
+    if (transaktion)
+        t.emplace(*m_db);
+    // abs() of the smallest integer overflows on both engines: an error in the middle. No
+    // ORDER BY, which would compute every row before the first: the rows come as inserted.
+    const QString abfrage = QStringLiteral("SELECT y, CASE WHEN y = ? THEN "
+                                           "abs(y * 0 - 9223372036854775807 - 1) ELSE y END AS z "
+                                           "FROM x");
+    const QString einfuegen = QStringLiteral("INSERT INTO Konten (KontoNr, KontoJJ) VALUES (?, ?)");
+    std::unique_ptr<Cursor> c;
+    int gelesen = 0;
+    int fehler = 0;
+    try {
+        c = m_db->query(abfrage, {fehlerBei});
+        while (aufgebenNach < 0 || gelesen < aufgebenNach) {
+            if (gelesen == dazwischenNach) {
+                m_db->execute(einfuegen, {QStringLiteral("0001"), 2003});
+                QCOMPARE(anzahl(*m_db, QStringLiteral("Konten")), 1);
+                // Outside a transaction the row is committed at once.
+                QCOMPARE(anzahl(*Database::openSeparate(m_ort), QStringLiteral("Konten")),
+                         transaktion ? 0 : 1);
+                // The row read before stays readable.
+                if (gelesen > 0)
+                    QCOMPARE(c->ganzzahl(1), gelesen);
+            }
+            if (!c->next())
+                break;
+            ++gelesen;
+            QCOMPARE(c->ganzzahl(0), gelesen);
+            QCOMPARE(c->ganzzahl(1), gelesen);
+        }
+    } catch (const RuntimeError &e) {
+        fehler = e.nummer();
+    }
+    const int erwartet = aufgebenNach >= 0 ? aufgebenNach : fehlerBei > 0 ? fehlerBei - 1 : Zeilen;
+    QCOMPARE(gelesen, erwartet);
+    QCOMPARE(fehler != 0, fehlerBei > 0);
+    if (fehlerBei == 0 && aufgebenNach < 0)
+        QVERIFY(!c->next());
+    c.reset();
+
+    // The connection serves the next statement; the caller's transaction is the caller's.
+    if (t && fehler == 0) {
+        m_db->execute(einfuegen, {QStringLiteral("0002"), 2003});
+        t->commit();
+    }
+    t.reset();
+    QVERIFY(!m_db->inTransaction());
+    QCOMPARE(anzahl(*m_db, QStringLiteral("x")), Zeilen);
+    const bool verworfen = transaktion && fehler;
+    const qint64 konten = verworfen ? 0 : qint64(dazwischenNach >= 0) + qint64(transaktion);
+    QCOMPARE(anzahl(*m_db, QStringLiteral("Konten")), konten);
+    QCOMPARE(anzahl(*Database::openSeparate(m_ort), QStringLiteral("Konten")), konten);
 }
 
 void tst_Database::verbindungsabbruchUndWiederherstellung()

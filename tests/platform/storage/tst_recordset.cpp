@@ -179,6 +179,81 @@ private slots:
         QCOMPARE(rs->AbsolutePosition(), gefunden < 0 ? 1 : gefunden);
     }
 
+    // Large sets are searched through an index of the column, which must follow every change.
+    void findFirstGrosseMenge_data()
+    {
+        QTest::addColumn<QString>("vorher"); // change of account 1003 after a first search
+        QTest::addColumn<QStringList>("felder");
+        QTest::addColumn<QVariantList>("werte");
+        QTest::addColumn<bool>("weiter"); // FindNext after the FindFirst
+        QTest::addColumn<QString>("erwartet"); // KontoNr, "" for NoMatch
+
+        const QStringList bez {"KontoBezeichnung"};
+        QTest::newRow("eindeutig")
+            << "" << QStringList {"KontoNr"} << QVariantList {"1150"} << false << "1150";
+        QTest::newRow("doppelt, der erste") << "" << bez << QVariantList {"B3"} << false << "1003";
+        QTest::newRow("doppelt, FindNext") << "" << bez << QVariantList {"B3"} << true << "1010";
+        QTest::newRow("fehlt") << "" << bez << QVariantList {"B9"} << false << "";
+        QTest::newRow("mit Blank") << "" << bez << QVariantList {"B3 "} << false << "";
+        QTest::newRow("und") << "" << QStringList {"KontoBezeichnung", "KontoTypus"}
+                             << QVariantList {"B3", 2} << false << "1017";
+        QTest::newRow("Zahl gegen Textspalte")
+            << "" << QStringList {"KontoNr"} << QVariantList {1150} << false << "1150";
+        QTest::newRow("Text gegen Zahlspalte")
+            << "" << QStringList {"KontoTypus"} << QVariantList {"1"} << false << "1001";
+        QTest::newRow("geändert, alter Wert")
+            << "Edit" << bez << QVariantList {"B3"} << false << "1010";
+        QTest::newRow("geändert, neuer Wert")
+            << "Edit" << bez << QVariantList {"X"} << false << "1003";
+        QTest::newRow("gelöscht") << "Delete" << bez << QVariantList {"B3"} << false << "1010";
+        QTest::newRow("angefügt bleibt hinten")
+            << "AddNew" << bez << QVariantList {"B3"} << false << "1003";
+        QTest::newRow("angefügt gefunden")
+            << "AddNew" << QStringList {"KontoNr"} << QVariantList {"0999"} << false << "0999";
+        QTest::newRow("auf Null gesetzt")
+            << "Null" << bez << QVariantList {"B3"} << false << "1010";
+    }
+
+    void findFirstGrosseMenge()
+    {
+        QFETCH(QString, vorher);
+        QFETCH(QStringList, felder);
+        QFETCH(QVariantList, werte);
+        QFETCH(bool, weiter);
+        QFETCH(QString, erwartet);
+        m_db->execute("WITH RECURSIVE r(n) AS (SELECT 0 UNION ALL SELECT n + 1 FROM r WHERE n < "
+                      "399) INSERT INTO Konten (KontoNr, KontoJJ, KontoBezeichnung, KontoTypus) "
+                      "SELECT CAST(1000 + n AS VARCHAR(6)), 2005, 'B' || CAST(n % 7 AS "
+                      "VARCHAR(2)), n % 3 FROM r");
+        auto rs = jahr(2005);
+        rs->FindFirst({{"KontoBezeichnung", "B3"}});
+        QCOMPARE(rs->feld("KontoNr").toString(), QStringLiteral("1003"));
+        if (vorher == QLatin1String("Delete")) {
+            rs->Delete();
+        } else if (vorher == QLatin1String("AddNew")) {
+            rs->AddNew();
+            rs->setFeld("KontoNr", "0999");
+            rs->setFeld("KontoJJ", 2005);
+            rs->setFeld("KontoBezeichnung", "B3");
+            rs->Update();
+        } else if (!vorher.isEmpty()) {
+            rs->Edit();
+            rs->setFeld("KontoBezeichnung",
+                        vorher == QLatin1String("Edit") ? QVariant("X") : QVariant());
+            rs->Update();
+        }
+        rs->MoveLast();
+        std::vector<Kriterium> kriterien;
+        for (int i = 0; i < felder.size(); ++i)
+            kriterien.push_back({felder[i], werte[i]});
+        rs->FindFirst(kriterien);
+        if (weiter)
+            rs->FindNext(kriterien);
+        QCOMPARE(rs->NoMatch(), erwartet.isEmpty());
+        if (!erwartet.isEmpty())
+            QCOMPARE(rs->feld("KontoNr").toString(), erwartet);
+    }
+
     void findNext()
     {
         auto rs = jahr();
@@ -501,6 +576,114 @@ private slots:
             rs->CancelUpdate();
             QCOMPARE(rs->feld("KontoTypus").toInt(), 1);
         }
+    }
+
+    // Every save, the first of a connection included, costs at most the statement and the
+    // read-back: what the record set needs about its table it learnt while loading.
+    void speichernRundreisen_data()
+    {
+        QTest::addColumn<QString>("art");
+        QTest::addColumn<int>("rundreisen"); // on PostgreSQL; the file database has none
+        QTest::newRow("Edit") << "Edit" << 2;
+        QTest::newRow("AddNew") << "AddNew" << 2;
+        QTest::newRow("Delete") << "Delete" << 1;
+        QTest::newRow("Edit nach Requery") << "Requery" << 2;
+    }
+
+    void speichernRundreisen()
+    {
+        QFETCH(QString, art);
+        QFETCH(int, rundreisen);
+        auto rs = jahr();
+        if (art == QLatin1String("Requery"))
+            rs->Requery();
+        const qint64 vorher = m_db->roundTrips();
+        if (art == QLatin1String("Delete")) {
+            rs->Delete();
+        } else {
+            if (art == QLatin1String("AddNew")) {
+                rs->AddNew();
+                rs->setFeld("KontoNr", "0009");
+                rs->setFeld("KontoJJ", 2003);
+            } else {
+                rs->Edit();
+            }
+            rs->setFeld("KontoBezeichnung", "Neu");
+            rs->Update();
+        }
+        const bool pg = testhilfe::aktuelleEngine() == Engine::PostgreSql;
+        QCOMPARE(m_db->roundTrips() - vorher, pg ? rundreisen : 0);
+        QCOMPARE(jahr()->RecordCount(),
+                 art == QLatin1String("AddNew")       ? 4
+                     : art == QLatin1String("Delete") ? 2
+                                                      : 3);
+    }
+
+    // A column another program added after this connection described the table is written.
+    void spalteVonAnderemProgramm()
+    {
+        auto rs = jahr();
+        zweiterBenutzer()->execute("ALTER TABLE Konten ADD COLUMN KontoNeu INTEGER");
+        rs = jahr();
+        rs->Edit();
+        rs->setFeld("KontoNeu", 5);
+        rs->Update();
+        QCOMPARE(m_db->scalar("SELECT KontoNeu FROM Konten WHERE KontoNr = '0001' AND "
+                              "KontoJJ = 2003")
+                     .toInt(),
+                 5);
+    }
+
+    // Rows are packed into blocks of up to 1 MB; a row never straddles two of them.
+    void textlaengen_data()
+    {
+        QTest::addColumn<QList<int>>("laengen"); // of the rows' texts, repeated 'x' times
+        QTest::addColumn<int>("wiederholt");
+        QTest::addColumn<int>("neu"); // length written into the middle row afterwards
+        QTest::newRow("viele über Blockgrenzen") << QList<int> {0, 400, 7} << 1500 << 100;
+        QTest::newRow("größer als ein Block") << QList<int> {10, 2100000, 10} << 1 << 10;
+        QTest::newRow("klein wird groß") << QList<int> {300} << 5 << 1500000;
+        QTest::newRow("knapp unter einem Block") << QList<int> {1048500, 1048500} << 2 << 5;
+    }
+
+    void textlaengen()
+    {
+        QFETCH(QList<int>, laengen);
+        QFETCH(int, wiederholt);
+        QFETCH(int, neu);
+        m_db->execute("CREATE TABLE Texte (Nr INTEGER PRIMARY KEY, Inhalt TEXT)");
+        const auto text = [](int nr, int laenge) {
+            return QString(laenge, QChar(u'a' + nr % 26));
+        };
+        QList<int> erwartet;
+        for (int w = 0; w < wiederholt; ++w)
+            erwartet += laengen;
+        {
+            Transaktion t(*m_db);
+            for (int i = 0; i < erwartet.size(); ++i)
+                m_db->execute("INSERT INTO Texte VALUES (?, ?)", {i, text(i, erwartet[i])});
+            t.commit();
+        }
+        Recordset rs(m_db, "SELECT * FROM Texte ORDER BY Nr");
+        const int mitte = int(erwartet.size()) / 2;
+        const auto pruefen = [&](Recordset &r) {
+            QCOMPARE(r.RecordCount(), erwartet.size());
+            r.MoveFirst();
+            for (int i = 0; i < erwartet.size(); ++i, r.MoveNext())
+                QVERIFY2(r.feld("Inhalt").toString() == text(i, erwartet[i]),
+                         qPrintable(QString::number(i)));
+        };
+        pruefen(rs);
+        rs.MoveFirst();
+        for (int i = 0; i < mitte; ++i)
+            rs.MoveNext();
+        rs.Edit();
+        rs.setFeld("Inhalt", text(mitte, neu));
+        rs.Update();
+        erwartet[mitte] = neu;
+        pruefen(rs);
+        rs.Requery();
+        pruefen(rs);
     }
 
     void fehlerfaelle()
