@@ -8,6 +8,7 @@
 #include "platform/core/VbWerte.h"
 #include "platform/ui/Fehlerfalle.h"
 #include "platform/ui/MsgBox.h"
+#include "platform/ui/Sprache.h"
 #include "siblings/zelAllgError.h"
 
 #include <QWidget>
@@ -34,6 +35,9 @@ zelKontenStamm::zelKontenStamm(QObject *parent)
     AufrufInfo = QVariantList(AufrufInfoGroesse);
     siblingsRegistrieren();
     mdlFehlerZL::alsFehlerberichtEinrichten();
+    // A host of the suite may bring its own application object: the screens speak German all
+    // the same.
+    platform::deutscheStandardtexte();
 }
 
 zelKontenStamm::~zelKontenStamm()
