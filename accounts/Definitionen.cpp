@@ -384,14 +384,13 @@ void frmKontenStamm::seiteWeiter(int schritt)
     QGroupBox *rahmen[]
         = {u.frame1_0, u.frame1_1, u.frame1_2, u.frame1_3, u.frame1_4, u.frame1_5, u.frame1_6};
     QWidget *seite = rahmen[m_seite - 1];
-    for (QWidget *w = seite->nextInFocusChain(); w && w != seite; w = w->nextInFocusChain()) {
+    for (QWidget *w = u.inpKontoNr->nextInFocusChain(); w && w != u.inpKontoNr;
+         w = w->nextInFocusChain()) {
         if (seite->isAncestorOf(w) && w->isVisible() && w->isEnabled()
             && (w->focusPolicy() & Qt::TabFocus)) {
             w->setFocus(Qt::TabFocusReason);
             break;
         }
-        if (w == this)
-            break;
     }
 }
 
