@@ -209,6 +209,7 @@ void frmKontenStamm::Form_Load()
     AslSelect();
     seiteZeigen(seite());
     titelZeigen();
+    screens::listenBreiteAnpassen(this);
 
     // Wider displays: the screen enlarges itself by the user's factor.
     bool positionen = true;

@@ -95,7 +95,8 @@ P = "frame1_0"
 zeile(P, 0, "lblKtobez", "Konto-Bezeichnung:")
 add("inpKontoBezeichnung", "I", P, "", IX, row(P, 0), 350, H, "KKData", "KontoBezeichnung",
     label="lblKtobez")
-add("lblKontoBezeichnung", "L", P, "", 680, row(P, 0) + 4, 180, 16)
+# Two lines: a long account name is not cut off.
+add("lblKontoBezeichnung", "L", P, "", 680, row(P, 0) + 1, 180, 30)
 zeile(P, 1, "Label2", "Konto-Typus:", "inpKontoTypus", "KontoTypus", "cmbKontoTypus")
 zeile(P, 2, "Label3", "Konto-UstProzentsatz (Vorsteuer-Vorschlag):", "inpKontoUstProz",
       "KontoUstProz", "cmbKontoUstProz")
@@ -189,15 +190,15 @@ zeile(P, 1, "Label27", "Hmz-Konto-Darstellung in Hauptmietzinsreserve:",
 P = "fraBkUstSchl"
 add("Label16", "L", P, "BK-Block-Auswahl:", LX, 30, 290, 16)
 add("inpBkBlockPos", "I", P, "", 308, 26, IW, H, "KKData", "KontoBkBlockPos", label="Label16")
-add("cmbBkBlockPos", "C", P, "", 358, 26, 250, H,
+add("cmbBkBlockPos", "C", P, "", 358, 26, 320, H,
     tip="In welchen BK-Block mündet das Konto [BK-Block: Blockbez. (Önorm-Schlüssel)]",
     label="Label16")
-add("Label29", "L", P, "[BK-Block: Blockbez. (Önorm-Schlüssel)]", 616, 30, 230, 16)
+add("Label29", "L", P, "[BK-Block: Blockbez. (Önorm-Schlüssel)]", 686, 24, 160, 30)
 add("Label18", "L", P, "Abr.-UstProzentsatz:", LX, 62, 290, 16)
 add("inpAbrUstProz", "I", P, "", 308, 58, IW, H, "KKData", "KontoAbrUstProz", label="Label18")
-add("cmbBkAbrUstProz", "C", P, "", 358, 58, 250, H, tip="Ust-Satz des Kontos in BK-Abrechnung",
+add("cmbBkAbrUstProz", "C", P, "", 358, 58, 320, H, tip="Ust-Satz des Kontos in BK-Abrechnung",
     label="Label18")
-add("Label30", "L", P, "[Ust-Satz des Kontos in BK-Abrechnung]", 616, 62, 230, 16)
+add("Label30", "L", P, "[Ust-Satz des Kontos in BK-Abrechnung]", 686, 56, 160, 30)
 
 # --- page 6: closing data ---
 P = "frame1_6"
