@@ -352,17 +352,46 @@ bool frmKontenStamm::registerVorWechsel(QEvent *ev)
     }
     if (ziel < 0 || ziel == tabs->currentIndex())
         return false;
-    // The field being edited is left first, then the page: a refused change shows nothing of
-    // the other page.
-    bool cancel = !m_fokus->verlassen(tabs);
-    if (!cancel)
-        TabStrip1_BeforeClick(cancel);
-    if (cancel) {
+    if (!seiteFreigeben(ziel)) {
         m_registerLoslassenSchlucken = ev->type() != QEvent::KeyPress;
         return true;
     }
-    m_freigegebeneSeite = ziel + 1;
     return false;
+}
+
+bool frmKontenStamm::seiteFreigeben(int ziel)
+{
+    // The field being edited is left first, then the page: a refused change shows nothing of
+    // the other page.
+    bool cancel = !m_fokus->verlassen(m_ui->TabStrip1);
+    if (!cancel)
+        TabStrip1_BeforeClick(cancel);
+    if (cancel)
+        return false;
+    m_freigegebeneSeite = ziel + 1;
+    return true;
+}
+
+void frmKontenStamm::seiteWeiter(int schritt)
+{
+    auto *tabs = m_ui->TabStrip1;
+    const int ziel = (tabs->currentIndex() + schritt + tabs->count()) % tabs->count();
+    if (ziel == tabs->currentIndex() || !seiteFreigeben(ziel))
+        return;
+    tabs->setCurrentIndex(ziel);
+    // The focus goes to the first field of the page now shown.
+    auto &u = *m_ui;
+    QGroupBox *rahmen[]
+        = {u.frame1_0, u.frame1_1, u.frame1_2, u.frame1_3, u.frame1_4, u.frame1_5, u.frame1_6};
+    QWidget *seite = rahmen[m_seite - 1];
+    for (QWidget *w = u.inpKontoNr->nextInFocusChain(); w && w != u.inpKontoNr;
+         w = w->nextInFocusChain()) {
+        if (seite->isAncestorOf(w) && w->isVisible() && w->isEnabled()
+            && (w->focusPolicy() & Qt::TabFocus)) {
+            w->setFocus(Qt::TabFocusReason);
+            break;
+        }
+    }
 }
 
 void frmKontenStamm::TabStrip1_Click()
@@ -395,6 +424,21 @@ void frmKontenStamm::TabStrip1_Click()
     seiteEinrichten();
 }
 
+void frmKontenStamm::anzeigeFarben()
+{
+    auto &u = *m_ui;
+    // The locked pages keep the colours of editable ones: to be read, not greyed out.
+    QWidget *flaechen[] = {u.frame1_0, u.frame1_1, u.frame1_2, u.frame1_3,
+                           u.frame1_4, u.frame1_5, u.frame1_6, u.fraBkUstSchl};
+    for (QWidget *w : flaechen) {
+        QPalette p = w->palette();
+        for (const auto rolle : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
+                                 QPalette::Base, QPalette::Button, QPalette::Window})
+            p.setColor(QPalette::Disabled, rolle, p.color(QPalette::Active, rolle));
+        w->setPalette(p);
+    }
+}
+
 void frmKontenStamm::seiteEinrichten()
 {
     auto &u = *m_ui;
@@ -418,6 +462,8 @@ void frmKontenStamm::seiteEinrichten()
 
     // In view-only mode nothing on the page nor any command can change the account.
     const bool aendern = !mks::NurAnzeige;
+    if (!aendern)
+        anzeigeFarben();
     eigener->setEnabled(aendern);
     u.fraBkUstSchl->setEnabled(aendern);
     QWidget *befehle[] = {u.cmdKontoNeueröff,  u.cmdKontoLöschen,      u.cmdBilPosAuswahl,

@@ -8,6 +8,7 @@
 #include "platform/ui/Fehlerfalle.h"
 #include "platform/ui/Fokus.h"
 #include "platform/ui/Sanduhr.h"
+#include "screens/Bildschirmstil.h"
 #include "ui_frmKontenStamm.h"
 
 #include <QComboBox>
@@ -185,6 +186,7 @@ void frmKontenStamm::positionslistenNeu()
         return;
     BkPOS2DataSelect();
     BkBlockPosSelect();
+    screens::listenBreiteAnpassen(this);
     if (!aktuelleZeile())
         return;
     m_fuellt = true;

@@ -29,6 +29,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScopeGuard>
+#include <QShortcut>
 #include <QSignalBlocker>
 #include <QTabBar>
 
@@ -70,6 +71,7 @@ frmKontenStamm::frmKontenStamm(QWidget *parent)
     , m_ui(std::make_unique<Ui::frmKontenStamm>())
 {
     m_ui->setupUi(this);
+    m_titel = windowTitle();
     screens::bildschirmEinrichten(this);
     screens::bindungenHerstellen(this);
     m_fokus = new platform::Fokus(this);
@@ -128,6 +130,60 @@ void frmKontenStamm::verbinden()
         [](const QString &feld, const QVariant &wert) {
             return kontenregeln::codeText(feld, wert, mks::Buchungsjahr);
         });
+    // The "*" in the title follows the user's edits.
+    for (QLineEdit *feld : findChildren<QLineEdit *>())
+        connect(feld, &QLineEdit::textEdited, this, &F::titelZeigen);
+    for (QComboBox *kombi : findChildren<QComboBox *>())
+        connect(kombi, &QComboBox::activated, this, &F::titelZeigen);
+    for (QCheckBox *kasten : findChildren<QCheckBox *>())
+        connect(kasten, &QCheckBox::clicked, this, &F::titelZeigen);
+    tastenkuerzelEinrichten();
+}
+
+void frmKontenStamm::tastenkuerzelEinrichten()
+{
+    auto &u = *m_ui;
+    // Listed in the buttons' tool tips and in the help's chapter on the keyboard.
+    const std::pair<QKeySequence, QPushButton *> kuerzel[] = {
+        {QKeySequence(Qt::CTRL | Qt::Key_S), u.cmdKontoEinlesen},
+        {QKeySequence(Qt::CTRL | Qt::Key_N), u.cmdKontoNeueröff},
+        {QKeySequence(Qt::CTRL | Qt::Key_L), u.cmdKontoLöschen},
+        {QKeySequence(Qt::CTRL | Qt::Key_F), u.cmdKontoListe},
+        {QKeySequence(Qt::CTRL | Qt::Key_P), u.cmdPruefliste},
+        {QKeySequence(Qt::CTRL | Qt::Key_Q), u.cmdExit},
+    };
+    for (const auto &[taste, knopf] : kuerzel) {
+        auto *k = new QShortcut(taste, this);
+        k->setObjectName(knopf->objectName());
+        connect(k, &QShortcut::activated, this, [this, knopf = knopf] {
+            if (!knopf->isVisible() || !knopf->isEnabled())
+                return;
+            // As a click: the focus goes to the button first, so the field being left is
+            // checked, and a refused check keeps the button from acting.
+            if (focusWidget() != knopf) {
+                knopf->setFocus(Qt::ShortcutFocusReason);
+                if (focusWidget() != knopf)
+                    return;
+            }
+            knopf->click();
+        });
+    }
+}
+
+void frmKontenStamm::titelZeigen()
+{
+    QString titel = m_titel;
+    const auto *rs = m_ui->KKData->recordsetDirekt();
+    if (rs && rs->RecordCount() > 0 && aktuelleZeile()) {
+        titel += QStringLiteral(" – Konto %1 von %2")
+                     .arg(rs->AbsolutePosition() + 1)
+                     .arg(rs->RecordCount());
+    }
+    if (mks::NurAnzeige)
+        titel += QStringLiteral(" – nur Anzeige");
+    else if (m_ui->KKData->bearbeitet())
+        titel += QStringLiteral(" *");
+    setWindowTitle(titel);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -166,6 +222,8 @@ void frmKontenStamm::Form_Load()
     KontenSelect();
     AslSelect();
     seiteZeigen(seite());
+    titelZeigen();
+    screens::listenBreiteAnpassen(this);
 
     // Wider displays: the screen enlarges itself by the user's factor.
     bool positionen = true;
@@ -242,6 +300,7 @@ void frmKontenStamm::KKData_Reposition()
     if (m_unterdrueckung2)
         return;
     platform::Falle(texte::OrtReposition, [this] { anzeigen(); });
+    titelZeigen();
 }
 
 void frmKontenStamm::anzeigen()
@@ -305,6 +364,10 @@ bool frmKontenStamm::eventFilter(QObject *obj, QEvent *ev)
 {
     if (obj == m_ui->TabStrip1 && registerVorWechsel(ev))
         return true;
+    // A save on leaving a field, or a reload, clears the "*".
+    if (ev->type() == QEvent::FocusIn && obj->isWidgetType()
+        && static_cast<QWidget *>(obj)->window() == this)
+        titelZeigen();
     if (ev->type() != QEvent::KeyPress)
         return QDialog::eventFilter(obj, ev);
     auto *w = qobject_cast<QWidget *>(obj);
@@ -312,6 +375,14 @@ bool frmKontenStamm::eventFilter(QObject *obj, QEvent *ev)
     QWidget *ziel = focusWidget() ? focusWidget() : this;
     if (!w || w != ziel || w->window() != this || !isVisible())
         return QDialog::eventFilter(obj, ev);
+    const auto *taste = static_cast<QKeyEvent *>(ev);
+    if ((taste->key() == Qt::Key_Tab || taste->key() == Qt::Key_Backtab)
+        && (taste->modifiers() & Qt::ControlModifier)) {
+        const bool zurueck
+            = taste->key() == Qt::Key_Backtab || (taste->modifiers() & Qt::ShiftModifier);
+        seiteWeiter(zurueck ? -1 : 1);
+        return true;
+    }
     int code = tastenCode(static_cast<QKeyEvent *>(ev)->key());
     if (code == 0)
         return QDialog::eventFilter(obj, ev);

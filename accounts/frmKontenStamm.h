@@ -185,6 +185,10 @@ public:
     // Escape and the dialog's own reject go through closing, so the checks run.
     void reject() override;
 
+    // The title: the screen's caption, where the user is in the year ("Konto 17 von 314"), a
+    // "*" while the record shown has unsaved changes, and "nur Anzeige" in view-only mode.
+    void titelZeigen();
+
 protected:
     bool eventFilter(QObject *obj, QEvent *ev) override;
     void closeEvent(QCloseEvent *ev) override;
@@ -209,6 +213,15 @@ private:
     void kontoTypus_Validate();
     // The page-change guard before the tab bar acts on a click or key; true swallows the event.
     bool registerVorWechsel(QEvent *ev);
+    // The page guard for a change to page index `ziel` (0-based): leaves the field being edited,
+    // then runs the checks of the page shown. False when the change is refused.
+    bool seiteFreigeben(int ziel);
+    // Ctrl+Tab and Ctrl+Shift+Tab: the next or previous page, through the same guard as a click.
+    void seiteWeiter(int schritt);
+    // Keyboard shortcuts of the main buttons; each acts as a click, field check first.
+    void tastenkuerzelEinrichten();
+    // Readable text on the locked pages of view-only mode.
+    void anzeigeFarben();
     // The typed number stays unread when the focus goes to one of these (see the number
     // field's Validate).
     bool nummerBleibtUngelesen() const;
@@ -263,6 +276,8 @@ private:
     // A refused click on a page header: its release is swallowed as well.
     bool m_registerLoslassenSchlucken = false;
     bool m_abrPosFehlen = false;
+    // The screen's caption as the layout gives it (titelZeigen adds to it).
+    QString m_titel;
     // The control that had the focus before the "?" button took it.
     QPointer<QWidget> m_feldVorHilfe;
 };

@@ -135,6 +135,9 @@ int main(int argc, char **argv)
         } else {
             db = Database::open(a.datenbank);
         }
+        // A database this user may not change (read-only medium or folder) is shown, not edited.
+        if (db->schreibgeschuetzt())
+            a.nurAnzeige = true;
         const int jahr = a.jahr.value_or(letztesBuchungsjahr(*db));
         if (jahr == 0 && !a.jahr) {
             err() << "Die Datenbank enthält noch kein Buchungsjahr; bitte --jahr angeben."

@@ -1,7 +1,12 @@
 // Renders the screens of the component to PNG files without a display, for the README and for
 // checking the layouts by eye: kontenstamm-screenshots ZIELORDNER
+#include "accounts/frmKontenStamm.h"
+#include "frame/Demodaten.h"
 #include "frame/Hilfedokument.h"
 #include "frame/Hilfefenster.h"
+#include "frame/mdlKontenStamm.h"
+#include "platform/storage/Database.h"
+#include "platform/ui/DataControl.h"
 #include "screens/Bildschirmstil.h"
 #include "screens/Bindungen.h"
 #include "ui_frmKoBeginn.h"
@@ -18,6 +23,7 @@
 #include <QDir>
 #include <QLineEdit>
 #include <QTabBar>
+#include <QTemporaryDir>
 #include <QTextStream>
 #include <functional>
 
@@ -74,6 +80,31 @@ void kontenstamm()
 }
 #endif
 
+// The screen as a user sees it: an account of the demo database's last year, on its first
+// and its second page.
+void kontenstammMitKonto()
+{
+    QTemporaryDir ordner;
+    const QString pfad = ordner.filePath(QStringLiteral("demo.zdb"));
+    frame::demoDatenbankAnlegen(*platform::storage::Database::create(pfad));
+    namespace mks = mdlKontenStamm;
+    mks::zuruecksetzen();
+    mks::DatenbankPfad = pfad;
+    mks::Buchungsjahr = frame::demoLetztesJahr;
+    mks::VerarbeitungsBuchungsjahr = frame::demoLetztesJahr;
+    mks::AktuellesProgramm = QStringLiteral("frmKontenStamm");
+    mks::AufrufInfo[mks::slot::Hilfedatei] = QStringLiteral(ZEP_HILFE_QUELLE);
+    frmKontenStamm form;
+    auto &kk = *form.ui().KKData;
+    kk.rs().MoveFirst();
+    for (int i = 1; i < 17; ++i)
+        kk.rs().MoveNext();
+    speichern(&form, QStringLiteral("frmKontenStamm-konto"));
+    form.seiteZeigen(2);
+    speichern(&form, QStringLiteral("frmKontenStamm-konto-seite2"));
+    form.ui().KKData->schliessen();
+}
+
 // The help window on the shipped help: at a field's section, and with a search under way.
 void hilfe()
 {
@@ -103,6 +134,7 @@ int main(int argc, char **argv)
     }
 #ifdef ZEP_MIT_KONTENSTAMM
     kontenstamm();
+    kontenstammMitKonto();
 #else
     QTextStream(stderr) << "frmKontenStamm: Layout noch nicht vorhanden, übersprungen.\n";
 #endif

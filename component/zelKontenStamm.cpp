@@ -10,6 +10,7 @@
 #include "platform/ui/Anmeldung.h"
 #include "platform/ui/Fehlerfalle.h"
 #include "platform/ui/MsgBox.h"
+#include "platform/ui/Sprache.h"
 #include "siblings/zelAllgError.h"
 
 #include <QWidget>
@@ -47,6 +48,9 @@ zelKontenStamm::zelKontenStamm(QObject *parent)
     siblingsRegistrieren();
     mdlFehlerZL::alsFehlerberichtEinrichten();
     platform::anmeldungEinrichten();
+    // A host of the suite may bring its own application object: the screens speak German all
+    // the same.
+    platform::deutscheStandardtexte();
 }
 
 zelKontenStamm::~zelKontenStamm()

@@ -35,25 +35,37 @@ TIP_VERDICHT = "Definition unterschiedliche Darstellungsmöglichkeiten des Konto
 # --- form: number, buttons, year ---
 add("lblBankltz", "L", FORM, "KontoNummer", 12, 10, 96, 16)
 add("inpKontoNr", "I", FORM, "", 12, 28, 96, 26, label="lblBankltz")
-add("cmdKontoEinlesen", "B", FORM, "Kontenstammsatz  lesen / speichern", 118, 12, 124, 42)
-add("cmdKontoNeueröff", "B", FORM, "Kontenstammsatz neu", 248, 12, 110, 42)
-add("cmdKontoLöschen", "B", FORM, "Kontenstammsatz löschen    ", 364, 12, 110, 42)
-add("cmdKontoListe", "B", FORM, "Konten Auswahlhilfe", 480, 12, 110, 42)
+add("cmdKontoEinlesen", "B", FORM, "Kontenstammsatz  lesen / speichern", 118, 12, 124, 42,
+    tip="Das Konto mit der eingetippten Nummer einlesen; Änderungen am angezeigten Konto "
+        "werden dabei gespeichert (Strg+S)")
+add("cmdKontoNeueröff", "B", FORM, "Kontenstammsatz neu", 248, 12, 110, 42,
+    tip="Ein neues Konto in diesem Buchungsjahr eröffnen (Strg+N)")
+add("cmdKontoLöschen", "B", FORM, "Kontenstammsatz löschen    ", 364, 12, 110, 42,
+    tip="Das angezeigte Konto löschen; vorher wird nachgefragt (Strg+L)")
+add("cmdKontoListe", "B", FORM, "Konten Auswahlhilfe", 480, 12, 110, 42,
+    tip="Ein Konto aus der Liste der Konten des Buchungsjahres auswählen (Strg+F, im Feld "
+        "KontoNummer auch F2)")
 # Beyond the suite's screen: the faulty definitions of the whole year.
 add("cmdPruefliste", "B", FORM, "Prüfliste", 596, 12, 110, 42,
-    tip="Alle Konten des Buchungsjahres prüfen und die fehlerhaften Definitionen auflisten")
+    tip="Alle Konten des Buchungsjahres prüfen und die fehlerhaften Definitionen auflisten "
+        "(Strg+P)")
 add("lblBuchjahrText", "L", FORM, "Buchungsjahr:", 730, 12, 84, 16)
 add("lblBuchjahr", "L", FORM, "#", 816, 12, 60, 16)
-add("cmdHilfe", "B", FORM, "?", 846, 32, 42, 24)
+add("cmdHilfe", "B", FORM, "?", 846, 32, 42, 24,
+    tip="Hilfe zum Feld, in dem Sie stehen (F1)")
 add("TabStrip1", "S", FORM, "", 12, 64, 876, 26)
 for i, cap in enumerate(["Frame1(0)", "Frame1(1, Bk-Abr)", "Frame1(2, Önorm)", "Frame1(3, He-Abr)",
                          "Frame1(4,Beibl)", "Frame1(5,HMZ)", "Frame1(6) Abschlussdaten"]):
     add(f"frame1_{i}", "F", FORM, cap, 12, 90, 876, 424)
 add("fraBkUstSchl", "F", FORM, "gemeinsame Daten für BK- und Önorm-Abrechnung ", 24, 400, 852, 100)
 add("KKData", "D", FORM, " vorwärts / rückwärts", 12, 522, 380, 32)
-add("cmdAbrPosStammAufruf", "B", FORM, "BK-Abr Positionenstamm", 404, 522, 150, 32)
-add("cmdÖNORMPosStammAufruf", "B", FORM, "ÖNORM Positionenstamm", 560, 522, 150, 32)
-add("cmdExit", "B", FORM, "Beenden", 788, 522, 100, 32)
+add("cmdAbrPosStammAufruf", "B", FORM, "BK-Abr Positionenstamm", 404, 522, 150, 32,
+    tip="Den Stamm der Positionen der BK-Abrechnung bearbeiten")
+add("cmdÖNORMPosStammAufruf", "B", FORM, "ÖNORM Positionenstamm", 560, 522, 150, 32,
+    tip="Den Stamm der Positionen der ÖNORM-A4000-Abrechnung bearbeiten")
+add("cmdExit", "B", FORM, "Beenden", 788, 522, 100, 32,
+    tip="Den Kontenstamm schließen; das angezeigte Konto wird vorher geprüft und gespeichert "
+        "(Strg+Q, Esc)")
 add("fraData", "F", FORM, "DataFrame", 12, 300, 876, 84)
 for i, n in enumerate(["KKChkData", "SSData", "ASLData", "BkBlockData", "BkPosData",
                        "BkPosChkData", "BilPosData", "Zl7BilPosData"]):
@@ -83,7 +95,8 @@ P = "frame1_0"
 zeile(P, 0, "lblKtobez", "Konto-Bezeichnung:")
 add("inpKontoBezeichnung", "I", P, "", IX, row(P, 0), 350, H, "KKData", "KontoBezeichnung",
     label="lblKtobez")
-add("lblKontoBezeichnung", "L", P, "", 680, row(P, 0) + 4, 180, 16)
+# Two lines: a long account name is not cut off.
+add("lblKontoBezeichnung", "L", P, "", 680, row(P, 0) + 1, 180, 30)
 zeile(P, 1, "Label2", "Konto-Typus:", "inpKontoTypus", "KontoTypus", "cmbKontoTypus")
 zeile(P, 2, "Label3", "Konto-UstProzentsatz (Vorsteuer-Vorschlag):", "inpKontoUstProz",
       "KontoUstProz", "cmbKontoUstProz")
@@ -177,15 +190,15 @@ zeile(P, 1, "Label27", "Hmz-Konto-Darstellung in Hauptmietzinsreserve:",
 P = "fraBkUstSchl"
 add("Label16", "L", P, "BK-Block-Auswahl:", LX, 30, 290, 16)
 add("inpBkBlockPos", "I", P, "", 308, 26, IW, H, "KKData", "KontoBkBlockPos", label="Label16")
-add("cmbBkBlockPos", "C", P, "", 358, 26, 250, H,
+add("cmbBkBlockPos", "C", P, "", 358, 26, 320, H,
     tip="In welchen BK-Block mündet das Konto [BK-Block: Blockbez. (Önorm-Schlüssel)]",
     label="Label16")
-add("Label29", "L", P, "[BK-Block: Blockbez. (Önorm-Schlüssel)]", 616, 30, 230, 16)
+add("Label29", "L", P, "[BK-Block: Blockbez. (Önorm-Schlüssel)]", 686, 24, 160, 30)
 add("Label18", "L", P, "Abr.-UstProzentsatz:", LX, 62, 290, 16)
 add("inpAbrUstProz", "I", P, "", 308, 58, IW, H, "KKData", "KontoAbrUstProz", label="Label18")
-add("cmbBkAbrUstProz", "C", P, "", 358, 58, 250, H, tip="Ust-Satz des Kontos in BK-Abrechnung",
+add("cmbBkAbrUstProz", "C", P, "", 358, 58, 320, H, tip="Ust-Satz des Kontos in BK-Abrechnung",
     label="Label18")
-add("Label30", "L", P, "[Ust-Satz des Kontos in BK-Abrechnung]", 616, 62, 230, 16)
+add("Label30", "L", P, "[Ust-Satz des Kontos in BK-Abrechnung]", 686, 56, 160, 30)
 
 # --- page 6: closing data ---
 P = "frame1_6"
@@ -217,9 +230,12 @@ add("lblBilPosABCklein", "L", P, "", 524, y + 4, 44, 16, "KKData", "KontoBilPosA
 add("lblBilPosText", "L", P, "Text", 572, y + 4, 290, 16)
 add("Label25", "L", P, "Akt,Pass,Guv", IX, y + 26, 90, 16)
 y += 46
-add("cmdBilPosAuswahl", "B", P, "Bilanzposition auswählen", IX, y, 170, 30)
-add("cmdBilPosStamm", "B", P, "Bilanzposition Stamm", IX + 176, y, 170, 30)
-add("cmdBilPosloeschen", "B", P, "Bilanzposition leer setzen", IX + 352, y, 170, 30)
+add("cmdBilPosAuswahl", "B", P, "Bilanzposition auswählen", IX, y, 170, 30,
+    tip="Die Bilanzposition des Kontos aus dem Bilanzpositionenstamm wählen")
+add("cmdBilPosStamm", "B", P, "Bilanzposition Stamm", IX + 176, y, 170, 30,
+    tip="Den Bilanzpositionenstamm bearbeiten")
+add("cmdBilPosloeschen", "B", P, "Bilanzposition leer setzen", IX + 352, y, 170, 30,
+    tip="Die Bilanzposition des Kontos entfernen")
 y += 44
 add("Label28", "L", P, "Bilanz-Position: (analog ZL7)", LX, y + 4, LW, 16)
 add("inpBilZl7Pos1", "I", P, "", IX, y, 50, H, "KKData", "KontoPos1", label="Label28")
@@ -227,8 +243,10 @@ add("inpBilZl7Pos2", "I", P, "", IX + 56, y, 50, H, "KKData", "KontoPos2", label
 add("inpBilZl7Pos3", "I", P, "", IX + 112, y, 50, H, "KKData", "KontoPos3", label="Label28")
 add("lblBilZl7PosText", "L", P, "#", IX + 170, y + 4, 370, 16)
 y += 32
-add("cmdZl7BilPosAuswahl", "B", P, "ZL7 Bilanzposition auswählen", IX, y, 200, 30)
-add("cmdZl7BilPosStamm", "B", P, "ZL7 Bilanzposition Stamm", IX + 206, y, 200, 30)
+add("cmdZl7BilPosAuswahl", "B", P, "ZL7 Bilanzposition auswählen", IX, y, 200, 30,
+    tip="Die Bilanzposition nach ZL7 aus ihrem Stamm wählen")
+add("cmdZl7BilPosStamm", "B", P, "ZL7 Bilanzposition Stamm", IX + 206, y, 200, 30,
+    tip="Den Stamm der Bilanzpositionen nach ZL7 bearbeiten")
 y += 44
 add("inpKontoPVAKz", "I", P, "", IX, y, IW, H, "KKData", "KontoPVAKz", label="=PVA-Kennzeichen")
 add("cmbKontoPVAKz", "C", P, "", CX, y, CW, H, label="=PVA-Kennzeichen")
@@ -251,8 +269,36 @@ def s(text):
     return f"<string>{escape(text)}</string>"
 
 
+def beschriftung(name):
+    """The caption the user reads for control `name`."""
+    label = BESCHRIFTUNG[name]
+    text = label[1:] if label.startswith("=") else {c[0]: c[3] for c in C}[label]
+    return text.strip().rstrip(":").strip()
+
+
+# Controls whose values are account numbers, not codes of a list.
+KONTONUMMERN = {"inpKontoUstKtoNr", "inpKontoSbkGuvKontoNr", "inpKontoEbkKontoNr"}
+
+
+def standard_tip(name, kind):
+    """A German tool tip for a code field or combo the table gives none."""
+    if name == "inpKontoNr":
+        return ("Kontonummer: eintippen und mit Enter einlesen; F2 öffnet die Auswahl, "
+                "Bild↑/Bild↓ blättern")
+    if name == "inpKontoBezeichnung":
+        return "Bezeichnung des Kontos"
+    text = beschriftung(name)
+    if kind == "C":
+        return f"{text}: Auswahl; setzt den Code im Feld links"
+    if name in KONTONUMMERN:
+        return f"{text}: Kontonummer eines Kontos dieses Buchungsjahres"
+    return f"{text}: Code eingeben oder rechts aus der Liste wählen"
+
+
 def widget(c, kinder):
     name, kind, parent, text, x, y, w, h, source, field, tip = c
+    if not tip and kind in "IC":
+        tip = standard_tip(name, kind)
     out = [f'<widget class="{KLASSE[kind]}" name="{name}">',
            prop("geometry", f"<rect><x>{x}</x><y>{y}</y><width>{w}</width><height>{h}</height></rect>")]
     if kind in "LBK" and text is not None:
@@ -294,7 +340,7 @@ def main():
     kinder = {}
     for c in C:
         kinder.setdefault(c[2], []).append(c)
-    tabfolge = [c[0] for c in C if c[1] in "IBCKTS" and c[0] != "TabStrip1"]
+    tabfolge = tabreihenfolge()
     form = [f'<widget class="QDialog" name="{FORM}">',
             prop("geometry", "<rect><x>0</x><y>0</y><width>900</width><height>566</height></rect>"),
             prop("windowTitle", s("KontenStamm (Sachkonten, Objekt-,Kanzleikonten)"))]
@@ -315,6 +361,35 @@ def main():
         f.write(text)
     print(f"{ziel}: {len(C)} Steuerelemente")
     beschriftungen_schreiben()
+
+
+def tabreihenfolge():
+    """Tab goes from the number to the name, through the fields of the page shown in reading
+    order, and only then to the buttons of the screen and the tab strip. The shared frame of
+    pages 2 and 3 follows their own fields."""
+    lage = {c[0]: c for c in C}
+
+    def absolut(name):
+        c = lage[name]
+        if c[2] == FORM:
+            return c[4], c[5]
+        px, py = absolut(c[2])
+        return px + c[4], py + c[5]
+
+    def seite(name):
+        while lage[name][2] != FORM:
+            name = lage[name][2]
+        return name
+
+    fokus = [c[0] for c in C if c[1] in "IBCKT"]
+    folge = ["inpKontoNr"]
+    for s in ["frame1_0", "frame1_1", "frame1_2", "fraBkUstSchl", "frame1_3", "frame1_4",
+              "frame1_5", "frame1_6"]:
+        felder = [n for n in fokus if lage[n][2] != FORM and seite(n) == s]
+        folge += sorted(felder, key=lambda n: (absolut(n)[1], absolut(n)[0]))
+    knoepfe = [n for n in fokus if lage[n][2] == FORM and n not in folge]
+    folge += sorted(knoepfe, key=lambda n: (absolut(n)[1], absolut(n)[0]))
+    return folge + ["TabStrip1"]
 
 
 def beschriftungen_schreiben():

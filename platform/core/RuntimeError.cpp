@@ -28,8 +28,20 @@ QString RuntimeError::standardText(int nummer)
     case DateiNichtGefunden:
         return QStringLiteral("Die Datenbankdatei wurde nicht gefunden.");
     case UngueltigesKennwort:
-        return QStringLiteral("Ungültiges Kennwort: die Datenbank lässt sich mit diesem "
-                              "Kennwort nicht öffnen.");
+        // A user never types the file's key: what fails is the program's own.
+        return QStringLiteral("Die Datenbank lässt sich mit dem Kennwort dieses Programms nicht "
+                              "entschlüsseln: sie ist mit einem anderen Kennwort verschlüsselt "
+                              "oder keine Datenbank dieses Programms.");
+    case DatenbankBeschaedigt:
+        return QStringLiteral("Die Datenbankdatei ist beschädigt oder unvollständig "
+                              "(abgeschnitten). Bitte spielen Sie eine Sicherung zurück.");
+    case KeinZugriff:
+        return QStringLiteral("Auf die Datenbankdatei oder ihren Ordner besteht kein Zugriff.");
+    case KeineDatenbank:
+        return QStringLiteral("Die Datei ist keine Datenbank dieses Programms.");
+    case NichtVerschluesselt:
+        return QStringLiteral("Die Datei ist eine SQLite-Datenbank, aber nicht verschlüsselt; "
+                              "dieses Programm öffnet nur seine verschlüsselten Datenbanken.");
     case TabelleNichtGefunden:
         return QStringLiteral("Die Eingabetabelle oder -abfrage wurde nicht gefunden.");
     case DatensatzGeaendert:

@@ -18,6 +18,11 @@ constexpr int KeinAktuellerDatensatz = 3021;
 constexpr int DoppelterSchluessel = 3022;
 constexpr int DateiNichtGefunden = 3024;
 constexpr int UngueltigesKennwort = 3031;
+// Files that are no database of this program, or not whole, or out of reach.
+constexpr int DatenbankBeschaedigt = 3049;
+constexpr int KeinZugriff = 3051;
+constexpr int KeineDatenbank = 3343;
+constexpr int NichtVerschluesselt = 3344;
 constexpr int TabelleNichtGefunden = 3078;
 constexpr int DatensatzGeaendert = 3197;   // row changed or deleted by another user
 constexpr int DatenbankNichtErreichbar = 3151;

@@ -139,6 +139,10 @@ public:
     // The user the connection logs in as ("" for a file).
     virtual QString benutzer() const { return {}; }
 
+    // Nothing can be changed through this connection (a file the user may only read, a
+    // connection opened with openReadOnly); the screens then show and allow nothing else.
+    virtual bool schreibgeschuetzt() const { return false; }
+
     // Number of server round trips so far (0 for the embedded engine); for benchmarks.
     virtual qint64 roundTrips() const { return 0; }
 

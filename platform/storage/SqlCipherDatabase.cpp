@@ -7,6 +7,10 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QTemporaryDir>
+#include <QUrl>
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <fcntl.h>
 #include <set>
@@ -75,9 +79,16 @@ void engineBereit()
         werfen(fehlernummer::FeldNichtGefunden, nameNach(QLatin1String("has no column named")));
     if (erweitert == SQLITE_CONSTRAINT_UNIQUE || erweitert == SQLITE_CONSTRAINT_PRIMARYKEY)
         werfen(fehlernummer::DoppelterSchluessel);
+    // The key was proved when the file was opened: a page that does not decrypt, or does not
+    // fit the others, is damage.
     switch (erweitert & 0xff) {
     case SQLITE_NOTADB:
-        werfen(fehlernummer::UngueltigesKennwort);
+    case SQLITE_CORRUPT:
+        werfen(fehlernummer::DatenbankBeschaedigt);
+    case SQLITE_CANTOPEN:
+        werfen(fehlernummer::KeinZugriff, meldung);
+    case SQLITE_READONLY:
+        werfen(fehlernummer::NichtAktualisierbar, QStringLiteral("schreibgeschützt"));
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
         // The busy wait ran out: another workstation keeps writing. SQLite's "database is
@@ -256,10 +267,10 @@ bool umbenennen(const QString &von, const QString &nach)
         && fsyncPfad(QFileInfo(nach).absolutePath(), true);
 }
 
-// The salt that starts an encrypted file, as hex: it tells whether the file a connection holds
-// is still the one the path names. Read through SQLite's file layer, never through a descriptor
-// of our own: closing that would drop the locks this process's connections hold on the file.
-QString kopfSalz(const QString &pfad)
+// `laenge` bytes of the file from `ab` (fewer at its end; empty when it does not read). Read
+// through SQLite's file layer, never through a descriptor of our own: closing that would drop the
+// locks this process's connections hold on the file.
+QByteArray dateiLesen(const QString &pfad, qint64 ab, int laenge)
 {
     engineBereit();
     sqlite3_vfs *vfs = sqlite3_vfs_find(nullptr);
@@ -268,14 +279,27 @@ QString kopfSalz(const QString &pfad)
     std::vector<char> platz(size_t(vfs->szOsFile));
     auto *datei = reinterpret_cast<sqlite3_file *>(platz.data());
     int art = 0;
-    QByteArray salz(16, '\0');
-    int rc = vfs->xOpen(vfs, name, datei, SQLITE_OPEN_READONLY | SQLITE_OPEN_MAIN_DB, &art);
-    if (rc == SQLITE_OK) {
-        rc = datei->pMethods->xRead(datei, salz.data(), int(salz.size()), 0);
+    QByteArray daten;
+    if (vfs->xOpen(vfs, name, datei, SQLITE_OPEN_READONLY | SQLITE_OPEN_MAIN_DB, &art)
+        == SQLITE_OK) {
+        sqlite3_int64 groesse = 0;
+        if (datei->pMethods->xFileSize(datei, &groesse) == SQLITE_OK && groesse > ab) {
+            daten.resize(int(std::min<sqlite3_int64>(laenge, groesse - ab)));
+            if (datei->pMethods->xRead(datei, daten.data(), int(daten.size()), ab) != SQLITE_OK)
+                daten.clear();
+        }
         datei->pMethods->xClose(datei);
     }
     sqlite3_free_filename(name);
-    return rc == SQLITE_OK ? QString::fromLatin1(salz.toHex()) : QString();
+    return daten;
+}
+
+// The salt that starts an encrypted file, as hex: it tells whether the file a connection holds
+// is still the one the path names.
+QString kopfSalz(const QString &pfad)
+{
+    const QByteArray salz = dateiLesen(pfad, 0, 16);
+    return salz.size() == 16 ? QString::fromLatin1(salz.toHex()) : QString();
 }
 
 // A copy of the main file of `db`, read through the connection's own file.
@@ -322,22 +346,47 @@ struct Verbindung
 
 enum class Versuch { Gut, FalscherSchluessel, Belegt };
 
+constexpr qint64 Seitengroesse = 4096;
+
+bool hatWal(const QString &pfad)
+{
+    return QFileInfo(pfad + QStringLiteral("-wal")).size() > 0;
+}
+
 // Opens without creating, sets key and cipher settings of `format` and proves the key by
 // reading the schema. Nothing is written before the proof, so a wrong key leaves the file as it
 // was. `exklusiv` takes the file for this connection alone (an exclusive lock, kept until the
 // connection closes) and gives up after 0.4 s when another connection has it open (Belegt): a
 // starting program holds it only while it tries its key, an open one holds it for good.
+// `unveraenderlich` reads a file that nobody writes meanwhile without locks and without the
+// -wal and -shm files beside it.
 Versuch versuchen(Verbindung &v, const QString &pfad, const QString &passwort,
-                  SqlCipherDatabase::Format format, int flags, bool exklusiv = false)
+                  SqlCipherDatabase::Format format, int flags, bool exklusiv = false,
+                  bool unveraenderlich = false)
 {
     v.schliessen();
     engineBereit();
-    if (!QFileInfo(pfad).isFile())
+    const QFileInfo info(pfad);
+    if (!info.isFile())
         werfen(fehlernummer::DateiNichtGefunden, pfad);
-    const int rc = sqlite3_open_v2(QFile::encodeName(pfad).constData(), &v.db, flags, nullptr);
+    // An empty file would become a new database with the first write: only --init and --demo
+    // make databases.
+    if (info.size() == 0 && !hatWal(pfad)) {
+        throw RuntimeError(
+            fehlernummer::KeineDatenbank,
+            QStringLiteral("Die Datei ist leer (0 Byte) und keine Datenbank. (%1)").arg(pfad));
+    }
+    if (!info.isReadable())
+        werfen(fehlernummer::KeinZugriff, pfad);
+    QByteArray name = QFile::encodeName(pfad);
+    if (unveraenderlich) {
+        name = QUrl::fromLocalFile(info.absoluteFilePath()).toEncoded() + "?immutable=1";
+        flags |= SQLITE_OPEN_URI;
+    }
+    const int rc = sqlite3_open_v2(name.constData(), &v.db, flags, nullptr);
     if (rc != SQLITE_OK) {
         if (rc == SQLITE_CANTOPEN)
-            werfen(fehlernummer::DateiNichtGefunden, pfad);
+            werfen(fehlernummer::KeinZugriff, pfad);
         sqliteFehler(v.db, rc);
     }
     sqlite3_extended_result_codes(v.db, 1);
@@ -365,7 +414,89 @@ Versuch versuchen(Verbindung &v, const QString &pfad, const QString &passwort,
         v.schliessen();
         return Versuch::Belegt;
     }
+    if (fehler == SQLITE_CANTOPEN) {
+        // The WAL beside the file could not be opened or made.
+        v.schliessen();
+        throw RuntimeError(fehlernummer::KeinZugriff,
+                           QStringLiteral("Die Datenbank %1 lässt sich nicht öffnen: ihr Ordner "
+                                          "oder die Dateien %1-wal und %1-shm sind "
+                                          "schreibgeschützt.")
+                               .arg(pfad));
+    }
     sqliteFehler(v.db, fehler);
+}
+
+// Does any of the first pages of the file verify with `passwort` in one of the formats? Then the
+// file is one of ours and damaged. Checked on a copy of those pages, so that a big file is not
+// read through and the file itself is not touched.
+bool seitenMitSchluessel(const QString &pfad, const QString &passwort)
+{
+    const QByteArray anfang = dateiLesen(pfad, 0, int(16 * Seitengroesse));
+    const qint64 seiten = anfang.size() / Seitengroesse;
+    if (seiten == 0)
+        return false;
+    QTemporaryDir ordner;
+    const QString kopie = ordner.filePath(QStringLiteral("anfang"));
+    {
+        QFile f(kopie);
+        if (!f.open(QIODevice::WriteOnly)
+            || f.write(anfang.left(seiten * Seitengroesse)) != seiten * Seitengroesse)
+            return false;
+    }
+    for (const auto format : {SqlCipherDatabase::Format::Aktuell, SqlCipherDatabase::Format::Alt}) {
+        Verbindung v;
+        if (sqlite3_open_v2(QFile::encodeName(kopie).constData(), &v.db, SQLITE_OPEN_READONLY,
+                            nullptr)
+            != SQLITE_OK)
+            return false;
+        try {
+            schluesselSetzen(v.db, passwort, format);
+            const QStringList befund = spalte(v.db, "PRAGMA cipher_integrity_check");
+            const auto falsch = std::count_if(befund.begin(), befund.end(), [](const QString &z) {
+                return z.startsWith(QLatin1String("HMAC verification failed"));
+            });
+            if (falsch < seiten)
+                return true;
+        } catch (const RuntimeError &) {
+            // a format the library cannot set up: the other one still tells
+        }
+    }
+    return false;
+}
+
+// Bytes as an encrypted page looks: every value about equally often (a chi-square test; text,
+// office documents and pictures lie far above the bound, random data at about 255).
+bool wieVerschluesselt(const QByteArray &daten)
+{
+    if (daten.size() < 512)
+        return false;
+    std::array<qint64, 256> anzahl {};
+    for (const char c : daten)
+        ++anzahl[uchar(c)];
+    const double erwartet = double(daten.size()) / 256;
+    double chi = 0;
+    for (const qint64 n : anzahl)
+        chi += (n - erwartet) * (n - erwartet) / erwartet;
+    return chi < 400;
+}
+
+// Why a file does not open with the key: a plain SQLite file, one of ours but damaged, none of
+// ours, or (what whole pages of random-looking bytes are) one encrypted with another key.
+[[noreturn]] void nichtLesbar(const QString &pfad, const QString &passwort)
+{
+    const bool sqliteKopf = dateiLesen(pfad, 0, 16) == QByteArray("SQLite format 3\0", 16);
+    if (passwort.isEmpty()) {
+        werfen(sqliteKopf ? fehlernummer::DatenbankBeschaedigt : fehlernummer::UngueltigesKennwort,
+               pfad);
+    }
+    if (sqliteKopf)
+        werfen(fehlernummer::NichtVerschluesselt, pfad);
+    if (seitenMitSchluessel(pfad, passwort))
+        werfen(fehlernummer::DatenbankBeschaedigt, pfad);
+    if (QFileInfo(pfad).size() % 512 != 0
+        || !wieVerschluesselt(dateiLesen(pfad, 0, int(Seitengroesse))))
+        werfen(fehlernummer::KeineDatenbank, pfad);
+    werfen(fehlernummer::UngueltigesKennwort, pfad);
 }
 
 void einstellen(sqlite3 *db, bool nurLesen)
@@ -687,18 +818,43 @@ SqlCipherDatabase::Zeiger SqlCipherDatabase::oeffnenNurLesen(const QString &pfad
     return oeffnenMit(pfad, passwort, true);
 }
 
+namespace {
+
+// The rights this process acts with (a read-only medium says so too).
+bool schreibbar(const QString &pfad)
+{
+    return ::faccessat(AT_FDCWD, QFile::encodeName(pfad).constData(), W_OK, AT_EACCESS) == 0;
+}
+
+} // namespace
+
 SqlCipherDatabase::Zeiger SqlCipherDatabase::oeffnenMit(const QString &pfad,
                                                         const QString &passwort, bool nurLesen)
 {
-    const int flags = nurLesen ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
+    // A file this user may not change, or in a folder where the WAL cannot lie beside it, is
+    // read only. Without a WAL (nobody has it open) it is read as it is, without the -wal and
+    // -shm files a reader would leave behind, owned by this user, in the way of the next one
+    // who may write.
+    const bool darfSchreiben = schreibbar(pfad) && schreibbar(QFileInfo(pfad).absolutePath());
+    const bool schreiben = !nurLesen && darfSchreiben;
+    const bool unveraenderlich = !darfSchreiben && !hatWal(pfad);
+    const int flags = schreiben ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY;
     const auto fertig = [&](Verbindung &v, Format format) {
-        einstellen(v.db, nurLesen);
-        return Zeiger(new SqlCipherDatabase(pfad, v.loslassen(), format));
+        // SQLite writes whole pages: a file that ends inside one was cut off.
+        if (format != Format::Unverschluesselt && QFileInfo(pfad).size() % Seitengroesse != 0) {
+            v.schliessen();
+            werfen(fehlernummer::DatenbankBeschaedigt, pfad);
+        }
+        einstellen(v.db, !schreiben);
+        auto db = Zeiger(new SqlCipherDatabase(pfad, v.loslassen(), format));
+        db->m_schreibgeschuetzt = !schreiben;
+        return db;
     };
     Verbindung v;
     if (passwort.isEmpty()) {
-        if (versuchen(v, pfad, {}, Format::Unverschluesselt, flags) != Versuch::Gut)
-            werfen(fehlernummer::UngueltigesKennwort, pfad);
+        if (versuchen(v, pfad, {}, Format::Unverschluesselt, flags, false, unveraenderlich)
+            != Versuch::Gut)
+            nichtLesbar(pfad, passwort);
         return fertig(v, Format::Unverschluesselt);
     }
     // The current format first: a file in the old one costs one more key derivation, once.
@@ -706,9 +862,10 @@ SqlCipherDatabase::Zeiger SqlCipherDatabase::oeffnenMit(const QString &pfad,
     // shows that the path still names the file a connection holds.
     for (int runde = 0; runde < 3; ++runde) {
         const QString salz = kopfSalz(pfad);
-        if (versuchen(v, pfad, passwort, Format::Aktuell, flags) == Versuch::Gut)
+        if (versuchen(v, pfad, passwort, Format::Aktuell, flags, false, unveraenderlich)
+            == Versuch::Gut)
             return fertig(v, Format::Aktuell);
-        if (!nurLesen) {
+        if (schreiben) {
             const Versuch alleine = versuchen(v, pfad, passwort, Format::Alt, flags, true);
             // Held alone, the file cannot be moved by another process any more; but one may
             // have moved it before, so the path has to name it still.
@@ -718,21 +875,21 @@ SqlCipherDatabase::Zeiger SqlCipherDatabase::oeffnenMit(const QString &pfad,
                 continue;
             if (alleine == Versuch::FalscherSchluessel) {
                 if (kopfSalz(pfad) == salz)
-                    werfen(fehlernummer::UngueltigesKennwort, pfad);
+                    nichtLesbar(pfad, passwort);
                 continue;
             }
         }
         // Held by another connection (or the move failed): compatibility mode.
-        const Versuch r = versuchen(v, pfad, passwort, Format::Alt, flags);
+        const Versuch r = versuchen(v, pfad, passwort, Format::Alt, flags, false, unveraenderlich);
         if (r == Versuch::Gut && salzVon(v.db) == salz) {
             // In WAL mode this connection keeps the file from being moved from now on.
-            einstellen(v.db, nurLesen);
+            auto db = fertig(v, Format::Alt);
             if (kopfSalz(pfad) == salz)
-                return Zeiger(new SqlCipherDatabase(pfad, v.loslassen(), Format::Alt));
+                return db;
             continue;
         }
         if (r != Versuch::Gut && kopfSalz(pfad) == salz)
-            werfen(fehlernummer::UngueltigesKennwort, pfad);
+            nichtLesbar(pfad, passwort);
     }
     werfen(fehlernummer::UngueltigesKennwort,
            QStringLiteral("%1 wurde beim Öffnen mehrmals ersetzt").arg(pfad));
@@ -776,7 +933,7 @@ void SqlCipherDatabase::verschluesseln(const QString &pfad, const QString &passw
         if (versuchen(v, pfad, {}, Format::Unverschluesselt,
                       SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE)
             != Versuch::Gut)
-            werfen(fehlernummer::UngueltigesKennwort, pfad);
+            nichtLesbar(pfad, {});
         try {
             anhaengen(v.db, kopie, "enc", passwort);
             direkt(v.db, "SELECT sqlcipher_export('enc')");

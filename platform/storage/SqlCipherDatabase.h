@@ -28,10 +28,14 @@ public:
         Alt,
     };
 
-    // Opens an existing file. Missing file: 3024. Wrong or missing key: 3031, and the file is
-    // left exactly as it was. A file in the old format is moved to the current one first, in a
-    // verified copy; while another connection has it open, it is used in compatibility mode
-    // and moved at a later open.
+    // Opens an existing file. Missing file: 3024. A file that does not open with the key is left
+    // exactly as it was and named: 3344 a plain SQLite file, 3049 one of ours damaged or cut
+    // off, 3343 no database of ours (also an empty file), 3031 encrypted with another key.
+    // A file in the old format is moved to the current one first, in a verified copy; while
+    // another connection has it open, it is used in compatibility mode and moved at a later
+    // open. A file the process may not write, or in a folder it may not write, opens read-only
+    // (schreibgeschuetzt()) and never gets -wal or -shm files beside it; 3051 when even that
+    // fails.
     static Zeiger oeffnen(const QString &pfad, const QString &passwort);
     // For looking into a file: never writes to it and never moves its format.
     static Zeiger oeffnenNurLesen(const QString &pfad, const QString &passwort);
@@ -42,6 +46,7 @@ public:
     static void verschluesseln(const QString &pfad, const QString &passwort);
 
     Format format() const { return m_format; }
+    bool schreibgeschuetzt() const override { return m_schreibgeschuetzt; }
 
     ~SqlCipherDatabase() override;
 
@@ -68,6 +73,7 @@ private:
 
     sqlite3 *m_db;
     Format m_format;
+    bool m_schreibgeschuetzt = false;
     std::shared_ptr<SqlCipherAnweisungen> m_anweisungen;
 };
 

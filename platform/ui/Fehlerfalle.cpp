@@ -1,6 +1,7 @@
 #include "Fehlerfalle.h"
 
 #include "MsgBox.h"
+#include "Sprache.h"
 
 #include <new>
 
@@ -74,7 +75,9 @@ void zeigeLaufzeitfehler(const RuntimeError &fehler)
 
 Anwendung::Anwendung(int &argc, char **argv)
     : QApplication(argc, argv)
-{ }
+{
+    deutscheStandardtexte();
+}
 
 bool Anwendung::notify(QObject *empfaenger, QEvent *ereignis)
 {

@@ -1,11 +1,14 @@
 #include "MsgBox.h"
 
 #include "platform/core/Geheimnisse.h"
+#include "Sprache.h"
 #include "platform/core/RuntimeError.h"
 #include "platform/core/VbWerte.h"
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QCloseEvent>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -74,9 +77,49 @@ int escapeAntwort(int buttons)
     return 0;
 }
 
+// Qt would make "Nein" (or "Abbrechen" of Abort/Retry/Ignore) the way out of a box without
+// Cancel; there Escape and the window's close button do nothing, as in the original, so that
+// Escape never takes the path of an answer the user did not give.
+class Box : public QMessageBox
+{
+public:
+    Box(Icon icon, const QString &titel, const QString &text, bool ohneAusweg)
+        : QMessageBox(icon, titel, text)
+        , m_ohneAusweg(ohneAusweg)
+    { }
+
+protected:
+    void keyPressEvent(QKeyEvent *ev) override
+    {
+        if (m_ohneAusweg && ev->matches(QKeySequence::Cancel)) {
+            ev->accept();
+            return;
+        }
+        QMessageBox::keyPressEvent(ev);
+    }
+    void closeEvent(QCloseEvent *ev) override
+    {
+        if (!m_ohneAusweg) {
+            QMessageBox::closeEvent(ev);
+        } else if (ev->spontaneous()) {
+            ev->ignore();
+        } else {
+            // Closed by the program (the application is ending): no button was clicked, and
+            // zeigen() answers with the default.
+            QDialog::closeEvent(ev);
+        }
+    }
+
+private:
+    bool m_ohneAusweg;
+};
+
 int zeigen(const QString &text, int buttons, const QString &titel)
 {
-    QMessageBox box(iconFuer(buttons), titel, QString(text).replace(QLatin1String("\r\n"), "\n"));
+    deutscheStandardtexte();
+    const int esc = escapeAntwort(buttons);
+    Box box(iconFuer(buttons), titel, QString(text).replace(QLatin1String("\r\n"), "\n"),
+            esc == 0);
     box.setTextFormat(Qt::PlainText);
     const QList<int> antworten = MsgBoxAntworten(buttons);
     QList<QPushButton *> knoepfe;
@@ -84,7 +127,6 @@ int zeigen(const QString &text, int buttons, const QString &titel)
         knoepfe.append(box.addButton(knopfFuer(antwort)));
     const int index = (buttons & DefaultMaske) >> 8;
     box.setDefaultButton((knoepfe.value(index < knoepfe.size() ? index : 0)));
-    const int esc = escapeAntwort(buttons);
     if (esc)
         box.setEscapeButton(knoepfe.at(antworten.indexOf(esc)));
     box.exec();

@@ -11,6 +11,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QKeySequence>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -89,6 +90,11 @@ private:
         else if (w == u"Reitertaste") { // the arrow keys of the tab bar
             fokusAuf(c("TabStrip1"));
             taste(Qt::Key_Right);
+        } else if (w.startsWith(u"Strg+")) { // a shortcut, or Ctrl+Tab to the next page
+            QString folge = w;
+            folge.replace(QLatin1String("Strg"), QLatin1String("Ctrl"))
+                .replace(QLatin1String("Umschalt"), QLatin1String("Shift"));
+            QTest::keySequence(QApplication::focusWidget(), QKeySequence(folge));
         } else if (w == u"Pfeil") // the data control's arrow, which takes no focus
             QTest::mouseClick(kk()->findChildren<QAbstractButton *>().at(2), Qt::LeftButton);
         else
@@ -481,7 +487,8 @@ private slots:
         // Every way out except the account list checks the field's own entry first.
         for (const char *w :
              {"cmdExit", "cmdHilfe", "cmdKontoNeueröff", "cmdKontoLöschen", "cmdPruefliste",
-              "Reiter", "Bild ab", "Escape", "Schließen", "Pfeil"}) {
+              "Reiter", "Bild ab", "Escape", "Schließen", "Pfeil", "Strg+Tab", "Strg+Umschalt+Tab",
+              "Strg+N", "Strg+L", "Strg+P", "Strg+Q"}) {
             QTest::addRow("zl x, %s", w) << "inpZLSperre"
                                          << "x" << w << zl << "";
         }
@@ -491,7 +498,8 @@ private slots:
         QTest::newRow("vd Q, Reiter") << "inpVerdichtKZ"
                                       << "Q"
                                       << "Reiter" << vd << "";
-        for (const char *w : {"cmdExit", "cmdHilfe", "cmdKontoNeueröff", "Reiter", "Bild auf"})
+        for (const char *w :
+             {"cmdExit", "cmdHilfe", "cmdKontoNeueröff", "Reiter", "Bild auf", "Strg+Tab"})
             QTest::addRow("ust, %s", w) << "inpKontoUstKtoNr"
                                         << "4711" << w << ust << "";
         QTest::newRow("sbk, Beenden") << "inpKontoSbkGuvKontoNr"
@@ -507,7 +515,8 @@ private slots:
                                      << "4711"
                                      << "Escape" << ebk << "";
         // The code field of the additional-data flag has no check of its own: the record has.
-        for (const char *w : {"Bild ab", "Reiter", "Reitertaste", "Schließen", "Pfeil"}) {
+        for (const char *w :
+             {"Bild ab", "Reiter", "Reitertaste", "Schließen", "Pfeil", "Strg+Umschalt+Tab"}) {
             QTest::addRow("zusatzdaten 2, %s", w) << "inpKontoZusatzDatenJN"
                                                   << "2" << w << jn << "cmbKontoZusatzdatenJN";
         }
@@ -542,6 +551,53 @@ private slots:
         QTRY_COMPARE(QApplication::focusWidget(), fokus.isEmpty() ? f : c(qPrintable(fokus)));
         QCOMPARE(f->text(), eingabe);
         f->setText(feld.contains("Zusatz") ? "0" : "");
+    }
+
+    // Ctrl+Tab walks the pages in a circle and puts the focus into the page's first field; a
+    // shortcut acts as its button; the title tells position, unsaved changes and view-only mode.
+    void tastaturUndTitel_data()
+    {
+        QTest::addColumn<bool>("nurAnzeige");
+        QTest::newRow("bearbeiten") << false;
+        QTest::newRow("nur Anzeige") << true;
+    }
+    void tastaturUndTitel()
+    {
+        QFETCH(bool, nurAnzeige);
+        standardKonten();
+        mks::NurAnzeige = nurAnzeige;
+        oeffnen();
+        const QString caption = "KontenStamm (Sachkonten, Objekt-,Kanzleikonten)";
+        const QString ende = nurAnzeige ? " – nur Anzeige" : "";
+        QCOMPARE(m_form->windowTitle(), caption + " – Konto 1 von 3" + ende);
+        // Locked for view-only, yet written in the colours of an editable field.
+        auto *typ = c("inpKontoTypus");
+        QCOMPARE(typ->isEnabled(), !nurAnzeige);
+        QCOMPARE(typ->palette().color(QPalette::Disabled, QPalette::Text)
+                     == typ->palette().color(QPalette::Active, QPalette::Text),
+                 nurAnzeige);
+        fokusAuf(nrFeld());
+        weg("Strg+Umschalt+Tab");
+        QCOMPARE(m_form->seite(), 7);
+        weg("Strg+Tab");
+        QCOMPARE(m_form->seite(), 1);
+        if (!nurAnzeige) {
+            QCOMPARE(QApplication::focusWidget(), c("inpKontoBezeichnung"));
+            QTest::keyClicks(c("inpKontoBezeichnung"), "Kassa neu"); // replaces the selection
+            QCOMPARE(m_form->windowTitle(), caption + " – Konto 1 von 3 *");
+        }
+        weg("Strg+Tab");
+        QCOMPARE(m_form->seite(), 2);
+        if (!nurAnzeige)
+            QCOMPARE(QApplication::focusWidget(), c("inpBKENAbrDef"));
+        taste(Qt::Key_PageDown);
+        QCOMPARE(aktuell(), "1200");
+        QCOMPARE(m_form->windowTitle(), caption + " – Konto 2 von 3" + ende);
+        QCOMPARE(gespeichert("1000", "KontoBezeichnung").toString(),
+                 nurAnzeige ? "Kassa" : "Kassa neu");
+        weg("Strg+Q");
+        QVERIFY(!m_form->isVisible());
+        mks::NurAnzeige = false;
     }
 
     void steuerkontoZusatzSofortGespeichert()

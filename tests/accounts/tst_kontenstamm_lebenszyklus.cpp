@@ -20,6 +20,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QSignalSpy>
@@ -606,6 +607,43 @@ private slots:
         if (!meldung.isEmpty())
             QCOMPARE(QApplication::focusWidget(), nrFeld());
         QCOMPARE(konten(), 3);
+    }
+
+    // The real question box: Escape is no "Nein" there, so it opens no account.
+    void escapeBeiNichtExistentEroeffnetNichts()
+    {
+        standardKonten();
+        oeffnen();
+        m_boxen.reset();
+        const auto protokollZurueck = qScopeGuard([this] {
+            m_boxen = std::make_unique<platform::MsgBoxProtokoll>();
+        });
+        QString boxTitel;
+        bool offenNachEscape = false;
+        int andereDialoge = 0;
+        QTimer wache;
+        wache.setInterval(10);
+        connect(&wache, &QTimer::timeout, [&] {
+            auto *d = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+            if (auto *box = qobject_cast<QMessageBox *>(d); box && boxTitel.isEmpty()) {
+                boxTitel = box->windowTitle();
+                QTest::keyClick(box, Qt::Key_Escape);
+                offenNachEscape = box->isVisible();
+                if (offenNachEscape)
+                    QTest::keyClick(box, Qt::Key_Return);
+            } else if (d && d != m_form.get()) {
+                ++andereDialoge;
+                d->reject();
+            }
+        });
+        wache.start();
+        nummerLesen("4711");
+        QCOMPARE(boxTitel, NichtExistentTitel);
+        QVERIFY(offenNachEscape);
+        QCOMPARE(andereDialoge, 0);
+        QCOMPARE(konten(), 3);
+        QCOMPARE(nrFeld()->text(), "1000");
+        QCOMPARE(m_form->focusWidget(), nrFeld());
     }
 
     void verlassenDesNummernfeldsLiestDasKonto()

@@ -1,12 +1,14 @@
 // The three number and copy dialogs against their control tables: kind, caption, position at
 // 15 twips per pixel, tab order, client size.
 #include "platform/ui/DataControl.h"
+#include "screens/Bildschirmstil.h"
 #include "screens/InputFeld.h"
 #include "ui_frmKoBeginn.h"
 #include "ui_frmKrNeu.h"
 #include "ui_frmNeu.h"
 
 #include <QDialog>
+#include <QFontMetrics>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
@@ -164,6 +166,20 @@ void tst_Dialoge::fenster()
     QCOMPARE(d->windowTitle(), titel);
     QCOMPARE(d->size(), QSize(int(std::lround(twips.width() / 15.0)),
                               int(std::lround(twips.height() / 15.0))));
+    // As the screen shows it: no caption cut off, the title beside the window's buttons, no
+    // navigation bar of a data control that works unseen.
+    screens::bildschirmEinrichten(d.get());
+    for (QLabel *l : d->findChildren<QLabel *>()) {
+        if (!l->wordWrap())
+            QVERIFY2(l->fontMetrics().horizontalAdvance(l->text()) <= l->width(),
+                     qPrintable(l->objectName()));
+        QVERIFY2(d->rect().contains(l->geometry()), qPrintable(l->objectName()));
+    }
+    QFont fett = d->font();
+    fett.setBold(true);
+    QVERIFY(QFontMetrics(fett).horizontalAdvance(titel) + 100 <= d->width());
+    for (auto *dc : d->findChildren<platform::DataControl *>())
+        QVERIFY(!dc->isVisibleTo(d.get()));
 }
 
 void tst_Dialoge::tabulatorfolge_data()

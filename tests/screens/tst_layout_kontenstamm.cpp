@@ -11,6 +11,7 @@
 #include <QDialog>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTabBar>
 #include <QTest>
@@ -256,6 +257,7 @@ private slots:
     void bindungen();
     void tooltips_data();
     void tooltips();
+    void tabfolge();
     void nichtsUeberlapptNichtsAbgeschnitten_data();
     void nichtsUeberlapptNichtsAbgeschnitten();
 };
@@ -387,6 +389,24 @@ void tst_LayoutKontenstamm::tooltips_data()
         << "In welchen BK-Block mündet das Konto [BK-Block: Blockbez. (Önorm-Schlüssel)]";
     QTest::newRow("cmbBkAbrUstProz") << "cmbBkAbrUstProz"
                                      << "Ust-Satz des Kontos in BK-Abrechnung";
+    // The shortcuts are named in the tips of their buttons.
+    QTest::newRow("cmdKontoNeueröff") << "cmdKontoNeueröff"
+                                      << "Ein neues Konto in diesem Buchungsjahr eröffnen (Strg+N)";
+    QTest::newRow("cmdExit") << "cmdExit"
+                             << "Den Kontenstamm schließen; das angezeigte Konto wird vorher "
+                                "geprüft und gespeichert (Strg+Q, Esc)";
+    QTest::newRow("inpKontoTypus") << "inpKontoTypus"
+                                   << "Konto-Typus: Code eingeben oder rechts aus der Liste wählen";
+    QTest::newRow("inpKontoEbkKontoNr")
+        << "inpKontoEbkKontoNr"
+        << "EBK-Konto: Kontonummer eines Kontos dieses Buchungsjahres";
+    // Every button and every code field or combo has a tip.
+    Bildschirm b;
+    for (QWidget *w : b.form.findChildren<QWidget *>()) {
+        if ((qobject_cast<QPushButton *>(w) && w->parentWidget()->objectName() != "KKData")
+            || qobject_cast<screens::InputFeld *>(w) || qobject_cast<QComboBox *>(w))
+            QTest::addRow("%s hat einen", qPrintable(w->objectName())) << w->objectName() << "*";
+    }
 }
 
 void tst_LayoutKontenstamm::tooltips()
@@ -396,7 +416,39 @@ void tst_LayoutKontenstamm::tooltips()
     Bildschirm b;
     QWidget *w = b.form.findChild<QWidget *>(name);
     QVERIFY(w);
-    QCOMPARE(w->toolTip(), tip);
+    if (tip == u"*")
+        QVERIFY2(w->toolTip().size() > 10, qPrintable(w->toolTip()));
+    else
+        QCOMPARE(w->toolTip(), tip);
+}
+
+// Tab goes from the number to the name, then through the first page's fields row by row, and
+// reaches the buttons only after every field of every page.
+void tst_LayoutKontenstamm::tabfolge()
+{
+    Bildschirm b;
+    QList<QWidget *> folge;
+    QWidget *start = b.form.findChild<QWidget *>(QStringLiteral("inpKontoNr"));
+    for (QWidget *w = start; folge.size() < 200; w = w->nextInFocusChain()) {
+        if (w == start && !folge.isEmpty())
+            break;
+        if (w->focusPolicy() & Qt::TabFocus)
+            folge.append(w);
+    }
+    QCOMPARE(folge.at(1)->objectName(), QStringLiteral("inpKontoBezeichnung"));
+    const auto platz = [&](const char *name) {
+        return folge.indexOf(b.form.findChild<QWidget *>(QString::fromUtf8(name)));
+    };
+    QVERIFY(platz("inpKontoTypus") < platz("cmbKontoTypus"));
+    QVERIFY(platz("cmbKontoTypus") < platz("inpKontoUstProz"));
+    QVERIFY(platz("inpKontoAnmerkung2") < platz("inpKtonummer"));
+    QVERIFY(platz("inpBkAbrVerdichtKz") < platz("inpBkBlockPos"));
+    const int knoepfe = platz("cmdKontoEinlesen");
+    for (QWidget *w : folge) {
+        if (qobject_cast<QLineEdit *>(w) || qobject_cast<QComboBox *>(w)
+            || qobject_cast<QCheckBox *>(w))
+            QVERIFY2(folge.indexOf(w) < knoepfe, qPrintable(w->objectName()));
+    }
 }
 
 void tst_LayoutKontenstamm::nichtsUeberlapptNichtsAbgeschnitten_data()

@@ -10,12 +10,14 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 #include <optional>
 #include <sqlite3.h>
+#include <unistd.h>
 
 using platform::RuntimeError;
 using platform::storage::Cursor;
@@ -226,6 +228,7 @@ private slots:
     void altesFormatWirdUmgestellt_data();
     void altesFormatWirdUmgestellt();
     void nurLesenStelltNichtUm();
+    void schreibgeschuetzterOrdner();
     void platzhalterUmsetzen_data();
     void platzhalterUmsetzen();
 
@@ -895,44 +898,95 @@ void tst_Database::falscherSchluesselLaesstDateiUnveraendert_data()
 {
     QTest::addColumn<QString>("datei");
     QTest::addColumn<QString>("passwort");
-    QTest::newRow("falsch") << "neu" << QStringLiteral("falsch");
-    QTest::newRow("fehlt") << "neu" << QString();
-    QTest::newRow("mit blank") << "neu" << QStringLiteral("kellerabteil4 ");
-    QTest::newRow("grossbuchstaben") << "neu" << QStringLiteral("KELLERABTEIL4");
-    QTest::newRow("mit hochkomma") << "neu" << QStringLiteral("kellerabteil4'; --");
+    QTest::addColumn<int>("fehler");
+    QTest::addColumn<QString>("text"); // how the message starts; the number's text when empty
+    const int kennwort = fehlernummer::UngueltigesKennwort;
+    const QString dbpw = platform::storage::DBPasswort;
+    QTest::newRow("falsch") << "neu" << QStringLiteral("falsch") << kennwort << QString();
+    QTest::newRow("fehlt") << "neu" << QString() << kennwort << QString();
+    QTest::newRow("mit blank") << "neu" << QStringLiteral("kellerabteil4 ") << kennwort
+                               << QString();
+    QTest::newRow("grossbuchstaben")
+        << "neu" << QStringLiteral("KELLERABTEIL4") << kennwort << QString();
+    QTest::newRow("mit hochkomma")
+        << "neu" << QStringLiteral("kellerabteil4'; --") << kennwort << QString();
     // A wrong key must not start the move of an old file.
-    QTest::newRow("altes format, falsch") << "alt" << QStringLiteral("falsch");
-    QTest::newRow("altes format, fehlt") << "alt" << QString();
-    QTest::newRow("unverschluesselt mit kennwort") << "offen" << platform::storage::DBPasswort;
-    QTest::newRow("erste seite beschaedigt") << "beschaedigt" << platform::storage::DBPasswort;
+    QTest::newRow("altes format, falsch")
+        << "alt" << QStringLiteral("falsch") << kennwort << QString();
+    QTest::newRow("altes format, fehlt") << "alt" << QString() << kennwort << QString();
+    // Files that are not ours, or no longer whole, are named as such.
+    QTest::newRow("unverschluesselt mit kennwort")
+        << "offen" << dbpw << int(fehlernummer::NichtVerschluesselt) << QString();
+    QTest::newRow("erste seite beschaedigt")
+        << "beschaedigt" << dbpw << int(fehlernummer::DatenbankBeschaedigt) << QString();
+    QTest::newRow("altes format, erste seite beschaedigt")
+        << "alt beschaedigt" << dbpw << int(fehlernummer::DatenbankBeschaedigt) << QString();
+    QTest::newRow("an einer seitengrenze abgeschnitten")
+        << "abgeschnitten" << dbpw << int(fehlernummer::DatenbankBeschaedigt) << QString();
+    QTest::newRow("mitten in einer seite abgeschnitten")
+        << "angeschnitten" << dbpw << int(fehlernummer::DatenbankBeschaedigt) << QString();
+    QTest::newRow("zufallsbytes") << "zufall" << dbpw << int(fehlernummer::KeineDatenbank)
+                                  << QString();
+    QTest::newRow("textdatei") << "text" << dbpw << int(fehlernummer::KeineDatenbank) << QString();
+    QTest::newRow("leere datei") << "leer" << dbpw << int(fehlernummer::KeineDatenbank)
+                                 << "Die Datei ist leer (0 Byte) und keine Datenbank.";
+    // Whole pages of random bytes are what a file encrypted with another key is.
+    QTest::newRow("zufallsbytes, ganze seiten") << "zufall seiten" << dbpw << kennwort << QString();
 }
 
 void tst_Database::falscherSchluesselLaesstDateiUnveraendert()
 {
     QFETCH(QString, datei);
     QFETCH(QString, passwort);
-    const QString pfad = datei == u"alt"
-        ? altformatKopie(m_dir, false)
-        : dateiMitDaten(datei == u"offen" ? QString() : platform::storage::DBPasswort);
-    if (datei == u"beschaedigt") {
+    QFETCH(int, fehler);
+    QFETCH(QString, text);
+    if (testhilfe::aktuelleEngine() != Engine::SqlCipher)
+        QSKIP("Nur Dateien");
+    QString pfad;
+    if (datei.startsWith(u"alt")) {
+        pfad = altformatKopie(m_dir, false);
+    } else if (datei == u"neu" || datei == u"offen" || datei == u"beschaedigt"
+               || datei.endsWith(u"geschnitten")) {
+        pfad = dateiMitDaten(datei == u"offen" ? QString() : platform::storage::DBPasswort);
+    } else {
+        pfad = m_dir.filePath(datei);
+        QFile f(pfad);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        QByteArray inhalt;
+        if (datei.startsWith(u"zufall")) {
+            for (int i = 0; i < (datei == u"zufall" ? 10000 : 8192); ++i)
+                inhalt += char(QRandomGenerator::global()->bounded(256));
+        } else if (datei == u"text") {
+            while (inhalt.size() < 8192)
+                inhalt += "KontoNr;KontoBezeichnung\r\n0001;Kassa\r\n";
+            inhalt.truncate(8192);
+        }
+        f.write(inhalt);
+    }
+    if (datei.endsWith(u"beschaedigt")) {
         QFile f(pfad);
         QVERIFY(f.open(QIODevice::ReadWrite));
         f.seek(100);
         f.write(QByteArray(64, '\x5a'));
     }
+    if (datei.endsWith(u"geschnitten")) {
+        QVERIFY(QFileInfo(pfad).size() >= 8192);
+        QVERIFY(QFile::resize(pfad, datei == u"abgeschnitten" ? 4096 : 7192));
+    }
     QVERIFY(!nebendateienDa(pfad));
     const QByteArray vorher = dateiHash(pfad);
-    QVERIFY(!vorher.isEmpty());
+    const qint64 groesse = QFileInfo(pfad).size();
 
-    QString text;
-    QCOMPARE(fehlerVon([&] { Database::open(pfad, passwort); }, &text),
-             fehlernummer::UngueltigesKennwort);
-    QVERIFY2(text.startsWith(RuntimeError::standardText(fehlernummer::UngueltigesKennwort)),
-             qPrintable(text));
-    QCOMPARE(fehlerVon([&] { Database::openSeparate(pfad, passwort); }),
-             fehlernummer::UngueltigesKennwort);
+    QString meldung;
+    QCOMPARE(fehlerVon([&] { Database::open(pfad, passwort); }, &meldung), fehler);
+    if (text.isEmpty())
+        text = RuntimeError::standardText(fehler);
+    QVERIFY2(meldung.startsWith(text), qPrintable(meldung));
+    QVERIFY2(!meldung.contains(QLatin1String("Ungültiges Kennwort")), qPrintable(meldung));
+    QCOMPARE(fehlerVon([&] { Database::openSeparate(pfad, passwort); }), fehler);
 
     QCOMPARE(dateiHash(pfad), vorher);
+    QCOMPARE(QFileInfo(pfad).size(), groesse);
     QVERIFY(!nebendateienDa(pfad));
     QVERIFY(!QFileInfo::exists(pfad + QStringLiteral(".umstellung")));
     if (datei == u"neu") // The right key still opens it.
@@ -1118,6 +1172,33 @@ void tst_Database::platzhalterUmsetzen()
     const auto [text, n] = PostgresDatabase::platzhalterUmsetzen(sql);
     QCOMPARE(QString::fromUtf8(text), erwartet);
     QCOMPARE(n, anzahl);
+}
+
+// A file in a folder the user may not write (a CD, a share without write rights) opens for
+// viewing and leaves no -wal or -shm behind that would stop the next open.
+void tst_Database::schreibgeschuetzterOrdner()
+{
+    if (testhilfe::aktuelleEngine() != Engine::SqlCipher)
+        QSKIP("Nur Dateien");
+    if (::geteuid() == 0)
+        QSKIP("Für root gilt kein Schreibschutz.");
+    const QString ordner = m_dir.filePath(QStringLiteral("nurlesen"));
+    QVERIFY(QDir().mkdir(ordner));
+    const QString pfad = ordner + QStringLiteral("/daten.zdb");
+    QVERIFY(QFile::copy(dateiMitDaten(), pfad));
+    const QByteArray vorher = dateiHash(pfad);
+    const auto rechte = QFile::permissions(ordner);
+    QVERIFY(QFile::setPermissions(ordner, QFile::ReadOwner | QFile::ExeOwner));
+    for (int mal = 0; mal < 2; ++mal) {
+        auto db = Database::open(pfad);
+        QVERIFY(db->schreibgeschuetzt());
+        QCOMPARE(anzahl(*db, QStringLiteral("Salden")), 2);
+        QVERIFY(fehlerVon([&] { db->execute(QStringLiteral("DELETE FROM Salden")); }) != 0);
+    }
+    QFile::setPermissions(ordner, rechte);
+    QCOMPARE(dateiHash(pfad), vorher);
+    QVERIFY(!nebendateienDa(pfad));
+    QVERIFY(!Database::open(pfad)->schreibgeschuetzt());
 }
 
 ZEP_ENGINE_TEST_MAIN(tst_Database)

@@ -220,23 +220,35 @@ void tst_MsgBox::echteBox_data()
     QTest::addColumn<int>("standardKnopf");
     QTest::addColumn<int>("klick");
     QTest::addColumn<int>("erwartet");
+    // The buttons' German captions (Qt's own translations), sorted.
+    QTest::addColumn<QStringList>("knopftexte");
+    const QStringList jaNein {"Ja", "Nein"};
     QTest::newRow("ok") << int(vbOKOnly) << QString() << int(QMessageBox::NoIcon)
-                        << int(QMessageBox::Ok) << int(QMessageBox::Ok) << int(vbOK);
+                        << int(QMessageBox::Ok) << int(QMessageBox::Ok) << int(vbOK)
+                        << QStringList {"OK"};
     QTest::newRow("frage ja") << vbYesNo + vbQuestion << "Bitte bestätigen Sie"
                               << int(QMessageBox::Question) << int(QMessageBox::Yes)
-                              << int(QMessageBox::Yes) << int(vbYes);
+                              << int(QMessageBox::Yes) << int(vbYes) << jaNein;
     QTest::newRow("frage nein, zweiter standard")
         << vbYesNo + vbQuestion + vbDefaultButton2 << "Bitte bestätigen Sie"
-        << int(QMessageBox::Question) << int(QMessageBox::No) << int(QMessageBox::No) << int(vbNo);
+        << int(QMessageBox::Question) << int(QMessageBox::No) << int(QMessageBox::No) << int(vbNo)
+        << jaNein;
     QTest::newRow("kritisch") << vbOKOnly + vbCritical << "x" << int(QMessageBox::Critical)
-                              << int(QMessageBox::Ok) << int(QMessageBox::Ok) << int(vbOK);
+                              << int(QMessageBox::Ok) << int(QMessageBox::Ok) << int(vbOK)
+                              << QStringList {"OK"};
     QTest::newRow("ausruf") << vbOKCancel + vbExclamation << "x" << int(QMessageBox::Warning)
-                            << int(QMessageBox::Ok) << int(QMessageBox::Cancel) << int(vbCancel);
+                            << int(QMessageBox::Ok) << int(QMessageBox::Cancel) << int(vbCancel)
+                            << QStringList {"Abbrechen", "OK"};
     QTest::newRow("information") << vbOKOnly + vbInformation << "x" << int(QMessageBox::Information)
-                                 << int(QMessageBox::Ok) << int(QMessageBox::Ok) << int(vbOK);
+                                 << int(QMessageBox::Ok) << int(QMessageBox::Ok) << int(vbOK)
+                                 << QStringList {"OK"};
+    QTest::newRow("ja/nein/abbrechen")
+        << int(vbYesNoCancel) << "x" << int(QMessageBox::NoIcon) << int(QMessageBox::Yes)
+        << int(QMessageBox::Cancel) << int(vbCancel) << QStringList {"Abbrechen", "Ja", "Nein"};
     QTest::newRow("wiederholen") << int(vbAbortRetryIgnore) << "x" << int(QMessageBox::NoIcon)
                                  << int(QMessageBox::Abort) << int(QMessageBox::Retry)
-                                 << int(vbRetry);
+                                 << int(vbRetry)
+                                 << QStringList {"Abbrechen", "Ignorieren", "Wiederholen"};
 }
 
 void tst_MsgBox::echteBox()
@@ -247,7 +259,9 @@ void tst_MsgBox::echteBox()
     QFETCH(int, standardKnopf);
     QFETCH(int, klick);
     QFETCH(int, erwartet);
+    QFETCH(QStringList, knopftexte);
     const QString text = QStringLiteral("Konto <b>0001</b> existiert nicht\r\nNeu anlegen?");
+    QStringList gesehenerKnopftexte;
     QString gesehenerText, gesehenerTitel;
     int gesehenesIcon = -1, gesehenerStandard = -1, textFormat = -1;
     BoxBeantworter b([&](QMessageBox *box) {
@@ -256,6 +270,9 @@ void tst_MsgBox::echteBox()
         gesehenesIcon = box->icon();
         textFormat = box->textFormat();
         gesehenerStandard = box->standardButton(box->defaultButton());
+        for (QAbstractButton *k : box->buttons())
+            gesehenerKnopftexte << k->text().remove(u'&');
+        gesehenerKnopftexte.sort();
         box->button(QMessageBox::StandardButton(klick))->click();
     });
     const int antwort = MsgBox(text, buttons, titel);
@@ -266,24 +283,39 @@ void tst_MsgBox::echteBox()
     QCOMPARE(gesehenerTitel, titel.isEmpty() ? QStringLiteral("zepKontenStamm") : titel);
     QCOMPARE(gesehenesIcon, icon);
     QCOMPARE(gesehenerStandard, standardKnopf);
+    QCOMPARE(gesehenerKnopftexte, knopftexte);
 }
 
 void tst_MsgBox::escape_data()
 {
     QTest::addColumn<int>("buttons");
-    QTest::addColumn<int>("erwartet");
-    QTest::newRow("ok") << int(vbOKOnly) << int(vbOK);
-    QTest::newRow("ok/abbrechen") << int(vbOKCancel) << int(vbCancel);
-    QTest::newRow("ja/nein/abbrechen") << int(vbYesNoCancel) << int(vbCancel);
+    QTest::addColumn<bool>("bleibtOffen");
+    QTest::addColumn<int>("erwartet"); // after Escape, and Enter when the box stayed open
+    QTest::newRow("ok") << int(vbOKOnly) << false << int(vbOK);
+    QTest::newRow("ok/abbrechen") << int(vbOKCancel) << false << int(vbCancel);
+    QTest::newRow("ja/nein/abbrechen") << int(vbYesNoCancel) << false << int(vbCancel);
+    // Without Cancel, Escape is no answer: never "Nein" to "... nicht existent, neu anlegen?".
+    QTest::newRow("ja/nein") << vbYesNo + vbQuestion << true << int(vbYes);
+    QTest::newRow("ja/nein, zweiter standard") << vbYesNo + vbDefaultButton2 << true << int(vbNo);
+    QTest::newRow("abbruch/wiederholen/ignorieren, zweiter standard")
+        << vbAbortRetryIgnore + vbDefaultButton2 << true << int(vbRetry);
 }
 
 void tst_MsgBox::escape()
 {
     QFETCH(int, buttons);
+    QFETCH(bool, bleibtOffen);
     QFETCH(int, erwartet);
-    BoxBeantworter b([](QMessageBox *box) { QTest::keyClick(box, Qt::Key_Escape); });
+    bool offen = false;
+    BoxBeantworter b([&](QMessageBox *box) {
+        QTest::keyClick(box, Qt::Key_Escape);
+        offen = box->isVisible();
+        if (offen)
+            QTest::keyClick(box, Qt::Key_Return);
+    });
     QCOMPARE(MsgBox(QStringLiteral("Abbrechen?"), buttons), erwartet);
     QVERIFY(b.gesehen);
+    QCOMPARE(offen, bleibtOffen);
 }
 
 QTEST_MAIN(tst_MsgBox)
