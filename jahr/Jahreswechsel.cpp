@@ -1,6 +1,7 @@
 #include "jahr/Jahreswechsel.h"
 
 #include "accounts/regeln/Kontonummern.h"
+#include "platform/storage/Aenderungsprotokoll.h"
 
 #include <QHash>
 
@@ -21,6 +22,8 @@ QString vergleichswert(const QVariant &v)
 JahreswechselErgebnis jahreswechsel(Database &db, int von, int nach, bool vorschau,
                                     const Fortschritt &fortschritt)
 {
+    const platform::storage::Protokollquelle protokoll(
+        db, platform::storage::protokollquelle::Jahreswechsel);
     JahreswechselErgebnis ergebnis;
     const std::vector<Kontozeile> quelle = kontenLaden(db, von);
     const std::vector<Kontozeile> ziel = kontenLaden(db, nach);

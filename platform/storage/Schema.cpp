@@ -1,4 +1,5 @@
 #include "Schema.h"
+#include "Aenderungsprotokoll.h"
 
 #include "platform/core/RuntimeError.h"
 
@@ -382,6 +383,7 @@ void schemaAnlegen(Database &db)
             for (const QString &befehl : indexDdl(t))
                 db.execute(befehl);
         }
+        Aenderungsprotokoll::einrichten(db);
     };
     if (db.inTransaction()) {
         anlegen();
