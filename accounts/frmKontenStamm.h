@@ -98,6 +98,8 @@ public:
 
     // --- deleting (Loeschen.cpp) ---
     void cmdKontoLöschen_Click();
+    // Ctrl+H: the changes of the account shown, from the change log.
+    void kontoVerlaufZeigen();
 
     // --- code lists and combos (Definitionen.cpp) ---
     // Shows the stored value of the combo's hidden field as the combo's item.

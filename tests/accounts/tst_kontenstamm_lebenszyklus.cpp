@@ -5,6 +5,7 @@
 #include "accounts/frmKontenStamm.h"
 #include "accounts/frmNeu.h"
 #include "common/TestDatenbank.h"
+#include "frame/Verlaufsfenster.h"
 #include "frame/mdlFehlerZL.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/core/CreateObject.h"
@@ -24,6 +25,7 @@
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTabBar>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -837,6 +839,52 @@ private slots:
         c<QPushButton>("cmdExit")->click();
         QVERIFY(!m_form->isVisible());
         QCOMPARE(gespeichert("1000", "KontoBezeichnung").toString(), "Hauptkassa");
+    }
+
+    // Ctrl+H shows the account's changes; an old value goes back as an edit that must pass
+    // the checks before it is saved, and the save is logged again.
+    void verlaufUebernimmtAltenWert_data()
+    {
+        QTest::addColumn<QString>("frueher");
+        QTest::addColumn<QString>("bleibt");
+        QTest::addColumn<QStringList>("meldungen");
+        QTest::newRow("alter Text kommt zurück") << "Barkassa" << "Barkassa" << QStringList {};
+        QTest::newRow("leere Bezeichnung wird geprüft")
+            << "" << "Handkassa" << QStringList {BezeichnungLeer};
+    }
+
+    void verlaufUebernimmtAltenWert()
+    {
+        QFETCH(QString, frueher);
+        QFETCH(QString, bleibt);
+        QFETCH(QStringList, meldungen);
+        standardKonten();
+        for (const QString &text : {frueher, QStringLiteral("Handkassa")})
+            m_db->execute("UPDATE ObjKanzleiKontenstamm SET KontoBezeichnung = ? WHERE KontoNr = "
+                          "'1000'",
+                          {text});
+        oeffnen();
+        QStringList zeile;
+        QTimer::singleShot(50, this, [&] {
+            auto *f = qobject_cast<frame::Verlaufsfenster *>(QApplication::activeModalWidget());
+            if (!f)
+                return;
+            for (int s = 2; s < 5; ++s)
+                zeile << f->tabelle()->item(0, s)->text();
+            f->uebernehmenKnopf()->click();
+        });
+        fokusAuf(nrFeld());
+        QTest::keyClick(nrFeld(), Qt::Key_H, Qt::ControlModifier);
+        QCOMPARE(zeile, (QStringList {"Konto-Bezeichnung", frueher, "Handkassa"}));
+        QCOMPARE(c<QLineEdit>("inpKontoBezeichnung")->text(), frueher);
+        QCOMPARE(kk()->UpdateRecord(), meldungen.isEmpty());
+        QCOMPARE(gespeichert("1000", "KontoBezeichnung").toString(), bleibt);
+        QCOMPARE(m_boxen->texte(), meldungen);
+        const auto log = platform::storage::Aenderungsprotokoll::lesen(
+            *m_db, "ObjKanzleiKontenstamm", 2003, "1000");
+        QCOMPARE(log.front().neu.value_or("-"), bleibt);
+        if (!meldungen.isEmpty())
+            c<QLineEdit>("inpKontoBezeichnung")->setText(bleibt);
     }
 
     void korrigierterSatzWirdGeschrieben()
