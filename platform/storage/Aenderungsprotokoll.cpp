@@ -369,7 +369,7 @@ QString pgFunktionen()
                "  END LOOP;\n"
                "  IF felder <> '' THEN\n"
                "    PERFORM pg_notify('%5', TG_ARGV[3] || '|' || coalesce(jahr::text, '') || '|'\n"
-               "      || coalesce(konto, '') || '|' || wer || '|' || substr(felder, 2));\n"
+               "      || coalesce(konto, '') || '|' || wer || '|' || TG_OP || '|' || substr(felder, 2));\n"
                "  END IF;\n"
                "  RETURN NULL;\n"
                "END $f$")

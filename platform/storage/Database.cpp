@@ -40,6 +40,7 @@ const bool protokollVorbereitet = (Aenderungsprotokoll::vorbereiten(), true);
 
 std::unique_ptr<Database> oeffnenNeu(const QString &ort, const QString &passwort)
 {
+    Aenderungsprotokoll::vorbereiten();
     std::unique_ptr<Database> db;
     if (Database::istPostgresUri(ort))
         db = PostgresDatabase::oeffnen(ort.trimmed());

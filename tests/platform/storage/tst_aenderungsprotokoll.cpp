@@ -1,9 +1,12 @@
 #include "common/TestDatenbank.h"
+#include "platform/storage/Aenderungsmelder.h"
 #include "platform/storage/Aenderungsprotokoll.h"
 #include "platform/storage/Recordset.h"
 #include "platform/storage/Schema.h"
 
+#include <QProcess>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <thread>
 
 using namespace platform::storage;
@@ -53,6 +56,23 @@ class tst_aenderungsprotokoll : public QObject
     std::shared_ptr<Database> m_db;
 
 private slots:
+    // Started again with ZEP_ANDERER_SCHREIBER=ORT, this program is another user saving an
+    // account, and ends.
+    void initTestCase()
+    {
+        const QString ort = qEnvironmentVariable("ZEP_ANDERER_SCHREIBER");
+        if (ort.isEmpty())
+            return;
+        try {
+            Database::openSeparate(ort)->execute(
+                QStringLiteral("UPDATE ObjKanzleiKontenstamm SET KontoBezeichnung = 'Fremd'"));
+        } catch (const std::exception &e) {
+            std::fprintf(stderr, "%s\n", e.what());
+            std::_Exit(1);
+        }
+        std::_Exit(0);
+    }
+
     void init()
     {
         m_ort = testhilfe::neueDatenbank();
@@ -245,6 +265,31 @@ private slots:
         const Pruefergebnis p = Aenderungsprotokoll::pruefen(*m_db);
         QVERIFY2(p.fehlerNr == 0, qPrintable(p.meldung));
         QCOMPARE(p.anzahl, vorher + schreiber * runden);
+    }
+
+    // Another process's save reaches the screen within two seconds; its own saves do not.
+    void andererBenutzerWirdGemeldet()
+    {
+        Aenderungsmelder melder(m_db);
+        QSignalSpy spy(&melder, &Aenderungsmelder::geaendert);
+        m_db->execute(QStringLiteral("UPDATE ObjKanzleiKontenstamm SET KontoTypus = 2"));
+        QTest::qWait(700);
+        QCOMPARE(spy.count(), 0);
+        QProcess p;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("ZEP_ANDERER_SCHREIBER"), m_ort);
+        p.setProcessEnvironment(env);
+        p.start(QCoreApplication::applicationFilePath(), {QStringLiteral("-silent")});
+        QVERIFY(p.waitForFinished(60000));
+        QCOMPARE(p.exitCode(), 0);
+        QTRY_COMPARE_WITH_TIMEOUT(spy.count(), 1, 2000);
+        const QList<QVariant> m = spy.front();
+        QCOMPARE(m[0].toString(), QStringLiteral("ObjKanzleiKontenstamm"));
+        QCOMPARE(m[1].toInt(), 2025);
+        QCOMPARE(m[2].toString(), QStringLiteral("2000"));
+        QVERIFY(!m[3].toString().isEmpty());
+        QCOMPARE(m[4].toStringList(), QStringList {QStringLiteral("KontoBezeichnung")});
+        QCOMPARE(m[5].toBool(), false);
     }
 
     // A database from before the log gets it at the next open; its data stay as they were.
