@@ -151,6 +151,7 @@ void frmKontenStamm::Form_Load()
     KontenSelect();
     AslSelect();
     seiteZeigen(seite());
+    fremdeAenderungBeobachten();
 
     // Wider displays: the screen enlarges itself by the user's factor.
     bool positionen = true;

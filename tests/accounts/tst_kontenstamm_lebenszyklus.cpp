@@ -19,6 +19,7 @@
 #include <QComboBox>
 #include <QDate>
 #include <QFile>
+#include <QFrame>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -885,6 +886,42 @@ private slots:
         QCOMPARE(log.front().neu.value_or("-"), bleibt);
         if (!meldungen.isEmpty())
             c<QLineEdit>("inpKontoBezeichnung")->setText(bleibt);
+    }
+
+    // Another user's save of the account shown appears in the window within two seconds;
+    // without pending edits it can be loaded, with them the typed values stay.
+    void fremdeAenderungErscheint_data()
+    {
+        QTest::addColumn<bool>("eingabe");
+        QTest::newRow("ohne eigene Eingabe: neu laden") << false;
+        QTest::newRow("mit eigener Eingabe") << true;
+    }
+
+    void fremdeAenderungErscheint()
+    {
+        QFETCH(bool, eingabe);
+        standardKonten();
+        oeffnen();
+        QCOMPARE(aktuell(), QStringLiteral("1000"));
+        auto *bezeichnung = c<QLineEdit>("inpKontoBezeichnung");
+        if (eingabe)
+            bezeichnung->setText("Meine Kassa");
+        auto anderer = Database::openSeparate(m_ort);
+        anderer->execute("UPDATE ObjKanzleiKontenstamm SET KontoBezeichnung = 'Fremd' "
+                         "WHERE KontoNr = '1000'");
+        QTRY_VERIFY_WITH_TIMEOUT(m_form->findChild<QFrame *>("fraFremdeAenderung")
+                                     && m_form->findChild<QFrame *>("fraFremdeAenderung")->isVisible(),
+                                 2000);
+        QVERIFY2(c<QLabel>("lblFremdeAenderung")->text().contains("Konto-Bezeichnung"),
+                 qPrintable(c<QLabel>("lblFremdeAenderung")->text()));
+        auto *laden = c<QPushButton>("cmdNeuLaden");
+        QCOMPARE(laden->isVisible(), !eingabe);
+        if (!eingabe)
+            laden->click();
+        QCOMPARE(bezeichnung->text(), eingabe ? QStringLiteral("Meine Kassa") : QStringLiteral("Fremd"));
+        QVERIFY(m_boxen->texte().isEmpty());
+        if (eingabe)
+            kk()->UpdateControls();
     }
 
     void korrigierterSatzWirdGeschrieben()
