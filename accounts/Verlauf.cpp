@@ -43,8 +43,8 @@ void frmKontenStamm::kontoVerlaufZeigen()
             };
         }
         frame::Verlaufsfenster fenster(
-            QStringLiteral("Änderungen am Konto %1 (%2)").arg(nr).arg(mks::Buchungsjahr),
-            eintraege, beschriftung, uebernehmen, this);
+            QStringLiteral("Änderungen am Konto %1 (%2)").arg(nr).arg(mks::Buchungsjahr), eintraege,
+            beschriftung, uebernehmen, this);
         fenster.uebernehmenKnopf()->setVisible(bool(uebernehmen));
         fenster.exec();
     });
@@ -104,10 +104,9 @@ void frmKontenStamm::fremdeAenderungZeigen(const QString &wer, const QStringList
         namen << frame::feldBeschriftungAufForm(this, f, kontenregeln::feldBeschriftung);
     namen.removeDuplicates();
     const bool offen = m_ui->KKData->bearbeitet();
-    QString text = geloescht
-        ? QStringLiteral("%1 hat dieses Konto soeben gelöscht.").arg(wer)
-        : QStringLiteral("%1 hat dieses Konto soeben geändert: %2.")
-              .arg(wer, namen.join(QStringLiteral(", ")));
+    QString text = geloescht ? QStringLiteral("%1 hat dieses Konto soeben gelöscht.").arg(wer)
+                             : QStringLiteral("%1 hat dieses Konto soeben geändert: %2.")
+                                   .arg(wer, namen.join(QStringLiteral(", ")));
     if (offen)
         text += QStringLiteral(" Ihre Eingaben bleiben; beim Speichern werden Sie gefragt, "
                                "welche Fassung gilt.");

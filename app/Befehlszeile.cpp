@@ -205,9 +205,9 @@ std::optional<Aufruf> befehlszeileLesen(const QStringList &argumente, QString &f
             }
             if (arg == QLatin1String("--csv")) {
                 aufruf.csv = true;
-            } else if (!wert(arg == QLatin1String("--bis")     ? aufruf.bisHash
-                             : arg == QLatin1String("--konto") ? aufruf.konto
-                                                               : text)) {
+            } else if (!wert(arg == QLatin1String("--bis")         ? aufruf.bisHash
+                                 : arg == QLatin1String("--konto") ? aufruf.konto
+                                                                   : text)) {
                 return std::nullopt;
             }
             if (arg == QLatin1String("--seit")) {

@@ -51,15 +51,20 @@ int pruefen(Database &db, const Aufruf &a)
 
 int auflisten(Database &db, const Aufruf &a)
 {
-    const auto eintraege = Aenderungsprotokoll::lesen(
-        db, QStringLiteral("ObjKanzleiKontenstamm"), a.jahr, a.konto.trimmed(), a.seit);
+    const auto eintraege = Aenderungsprotokoll::lesen(db, QStringLiteral("ObjKanzleiKontenstamm"),
+                                                      a.jahr, a.konto.trimmed(), a.seit);
     const QString leer = QStringLiteral("(leer)");
     if (a.csv) {
         aus() << "Zeit;Wer;Arbeitsplatz;Quelle;Jahr;Konto;Feld;Alt;Neu\n";
         for (const auto &e : eintraege) {
-            const QStringList felder {e.zeit, e.wer, e.arbeitsplatz, e.quelle,
+            const QStringList felder {e.zeit,
+                                      e.wer,
+                                      e.arbeitsplatz,
+                                      e.quelle,
                                       e.jahr ? QString::number(*e.jahr) : QString(),
-                                      e.konto, e.feld, e.alt.value_or(QString()),
+                                      e.konto,
+                                      e.feld,
+                                      e.alt.value_or(QString()),
                                       e.neu.value_or(QString())};
             QStringList zeile;
             for (const QString &f : felder)
@@ -70,8 +75,8 @@ int auflisten(Database &db, const Aufruf &a)
     }
     for (const auto &e : eintraege) {
         aus() << e.zeit << " | " << e.wer << " @ " << e.arbeitsplatz << " | " << e.quelle
-              << " | Konto " << e.konto << " | " << e.feld << " | "
-              << e.alt.value_or(leer) << " -> " << e.neu.value_or(leer) << '\n';
+              << " | Konto " << e.konto << " | " << e.feld << " | " << e.alt.value_or(leer)
+              << " -> " << e.neu.value_or(leer) << '\n';
     }
     aus() << eintraege.size() << (eintraege.size() == 1 ? " Änderung" : " Änderungen")
           << " im Buchungsjahr " << *a.jahr << ".\n";

@@ -129,10 +129,10 @@ int main(int argc, char **argv)
                 continue;
             }
             const QString name = testhilfe::engineName(e);
-            speicherOrte.push_back({name + QStringLiteral("/ohne_Protokoll"),
-                                    kontoDatenbank(e, false)});
-            speicherOrte.push_back({name + QStringLiteral("/mit_Protokoll"),
-                                    kontoDatenbank(e, true)});
+            speicherOrte.push_back(
+                {name + QStringLiteral("/ohne_Protokoll"), kontoDatenbank(e, false)});
+            speicherOrte.push_back(
+                {name + QStringLiteral("/mit_Protokoll"), kontoDatenbank(e, true)});
         }
         QElapsedTimer t;
         t.start();
@@ -145,8 +145,7 @@ int main(int argc, char **argv)
         return 1;
     }
     for (const Ort &o : speicherOrte) {
-        benchmark::RegisterBenchmark(("Speichern/" + o.name).toStdString().c_str(), speichern,
-                                     &o)
+        benchmark::RegisterBenchmark(("Speichern/" + o.name).toStdString().c_str(), speichern, &o)
             ->Iterations(2000)
             ->Unit(benchmark::kMicrosecond);
     }

@@ -21,9 +21,9 @@ void frmKreditorenKontenStamm::kontoVerlaufZeigen()
         if (!aktuelleZeile())
             return;
         const QString nr = m_ui->KRData->rs().feld(QStringLiteral("KrKontoNr")).toString();
-        const auto eintraege = Aenderungsprotokoll::lesen(
-            *m_ui->KRData->recordsetDirekt()->database(),
-            QStringLiteral("KreditorenKontenstamm"), std::nullopt, nr);
+        const auto eintraege
+            = Aenderungsprotokoll::lesen(*m_ui->KRData->recordsetDirekt()->database(),
+                                         QStringLiteral("KreditorenKontenstamm"), std::nullopt, nr);
         // The captions of the labels beside the fields.
         auto beschriftung = [](const QString &feld) {
             static const QHash<QString, QString> texte {
@@ -39,9 +39,8 @@ void frmKreditorenKontenStamm::kontoVerlaufZeigen()
                 return frame::wertEinsetzen(this, feld, wert);
             };
         }
-        frame::Verlaufsfenster fenster(
-            QStringLiteral("Änderungen am Kreditorenkonto %1").arg(nr), eintraege, beschriftung,
-            uebernehmen, this);
+        frame::Verlaufsfenster fenster(QStringLiteral("Änderungen am Kreditorenkonto %1").arg(nr),
+                                       eintraege, beschriftung, uebernehmen, this);
         fenster.uebernehmenKnopf()->setVisible(bool(uebernehmen));
         fenster.exec();
     });

@@ -50,11 +50,11 @@ Verlaufsfenster::Verlaufsfenster(const QString &titel,
     setObjectName(QStringLiteral("frmVerlauf"));
     setWindowTitle(titel);
     auto *layout = new QVBoxLayout(this);
-    auto *hinweis = new QLabel(
-        m_eintraege.empty()
-            ? QStringLiteral("Für dieses Konto sind keine Änderungen protokolliert.")
-            : QStringLiteral("Änderungen, die neuesten zuerst (Zeit in Ortszeit):"),
-        this);
+    auto *hinweis
+        = new QLabel(m_eintraege.empty()
+                         ? QStringLiteral("Für dieses Konto sind keine Änderungen protokolliert.")
+                         : QStringLiteral("Änderungen, die neuesten zuerst (Zeit in Ortszeit):"),
+                     this);
     layout->addWidget(hinweis);
     m_tabelle = new QTableWidget(int(m_eintraege.size()), 5, this);
     m_tabelle->setObjectName(QStringLiteral("lstVerlauf"));

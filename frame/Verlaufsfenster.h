@@ -24,9 +24,9 @@ public:
     // Puts the value into the field's widget; false when the screen does not show the field.
     using Uebernehmen = std::function<bool(const QString &feld, const QString &wert)>;
 
-    Verlaufsfenster(const QString &titel, std::vector<platform::storage::Protokolleintrag> eintraege,
-                    Beschriftung beschriftung, Uebernehmen uebernehmen,
-                    QWidget *parent = nullptr);
+    Verlaufsfenster(const QString &titel,
+                    std::vector<platform::storage::Protokolleintrag> eintraege,
+                    Beschriftung beschriftung, Uebernehmen uebernehmen, QWidget *parent = nullptr);
 
     QTableWidget *tabelle() const { return m_tabelle; }
     QPushButton *uebernehmenKnopf() const { return m_uebernehmen; }

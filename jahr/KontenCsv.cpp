@@ -280,8 +280,8 @@ ExportErgebnis exportieren(Database &db, int jahr, const QString &datei,
 ImportErgebnis importieren(Database &db, int jahr, const QString &datei, bool probelauf,
                            const Fortschritt &fortschritt)
 {
-    const platform::storage::Protokollquelle protokoll(
-        db, platform::storage::protokollquelle::Import);
+    const platform::storage::Protokollquelle protokoll(db,
+                                                       platform::storage::protokollquelle::Import);
     ImportErgebnis ergebnis;
     auto fehler = [&](int zeile, const QString &feld, const QString &meldung) {
         ergebnis.fehler.push_back({zeile, feld, meldung});

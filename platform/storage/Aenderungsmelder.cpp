@@ -99,8 +99,7 @@ void Aenderungsmelder::dateiPruefen()
         std::map<std::tuple<QString, int, QString>, Meldung> meldungen;
         while (c->next()) {
             m_letzteNr = c->ganzzahl(0);
-            auto &m = meldungen[{c->wert(1).toString(), c->wert(2).toInt(),
-                                 c->wert(3).toString()}];
+            auto &m = meldungen[{c->wert(1).toString(), c->wert(2).toInt(), c->wert(3).toString()}];
             m.wer = c->wert(4).toString();
             const QString feld = c->wert(5).toString();
             if (!m.felder.contains(feld))

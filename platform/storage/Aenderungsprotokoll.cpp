@@ -161,15 +161,13 @@ int funktionenAnmelden(sqlite3 *db, const char **, const void *)
     const int harmlos = SQLITE_UTF8 | SQLITE_INNOCUOUS;
     sqlite3_create_function(db, "zep_protokoll_hash", 12, harmlos | SQLITE_DETERMINISTIC, nullptr,
                             fnHash, nullptr, nullptr);
-    sqlite3_create_function(db, "zep_protokoll_wer", 0, harmlos, nullptr, fnWer, nullptr,
+    sqlite3_create_function(db, "zep_protokoll_wer", 0, harmlos, nullptr, fnWer, nullptr, nullptr);
+    sqlite3_create_function(db, "zep_protokoll_platz", 0, harmlos, nullptr, fnArbeitsplatz, nullptr,
                             nullptr);
-    sqlite3_create_function(db, "zep_protokoll_platz", 0, harmlos, nullptr, fnArbeitsplatz,
-                            nullptr, nullptr);
     sqlite3_create_function(db, "zep_protokoll_quelle", 0, harmlos, nullptr, fnQuelle, nullptr,
                             nullptr);
-    sqlite3_create_function(db, "zep_protokoll_quelle_setzen", 1,
-                            SQLITE_UTF8 | SQLITE_DIRECTONLY, nullptr, fnQuelleSetzen, nullptr,
-                            nullptr);
+    sqlite3_create_function(db, "zep_protokoll_quelle_setzen", 1, SQLITE_UTF8 | SQLITE_DIRECTONLY,
+                            nullptr, fnQuelleSetzen, nullptr, nullptr);
     return SQLITE_OK;
 }
 
@@ -209,9 +207,9 @@ const QString tabellenDdlPg = QStringLiteral(
     "CREATE TABLE IF NOT EXISTS Aenderungsprotokoll (Nr bigint PRIMARY KEY, Zeit text NOT NULL, "
     "Wer text, Arbeitsplatz text, Quelle text, Tabelle text NOT NULL, Jahr integer, "
     "Konto text COLLATE \"C\", Feld text NOT NULL, Alt text, Neu text, Hash text NOT NULL)");
-const QString indexDdl = QStringLiteral(
-    "CREATE INDEX IF NOT EXISTS ix_Aenderungsprotokoll_1 ON Aenderungsprotokoll "
-    "(Tabelle, Konto, Jahr)");
+const QString indexDdl
+    = QStringLiteral("CREATE INDEX IF NOT EXISTS ix_Aenderungsprotokoll_1 ON Aenderungsprotokoll "
+                     "(Tabelle, Konto, Jahr)");
 
 enum class Art { Einfuegen, Aendern, Loeschen };
 
@@ -220,16 +218,15 @@ QString dateiTrigger(const Protokolliert &p, const QStringList &spalten, Art art
 {
     const Tabelle *kat = storage::tabelle(p.tabelle);
     const QString zeile = art == Art::Loeschen ? QStringLiteral("old") : QStringLiteral("new");
-    const QString jahr = p.jahrSpalte.isEmpty() ? QStringLiteral("NULL")
-                                                : zeile + QLatin1Char('.') + p.jahrSpalte;
-    const QString konto
-        = QStringLiteral("CAST(%1.%2 AS TEXT)").arg(zeile, p.kontoSpalte);
+    const QString jahr
+        = p.jahrSpalte.isEmpty() ? QStringLiteral("NULL") : zeile + QLatin1Char('.') + p.jahrSpalte;
+    const QString konto = QStringLiteral("CAST(%1.%2 AS TEXT)").arg(zeile, p.kontoSpalte);
     const char *endung = art == Art::Einfuegen ? "e" : art == Art::Aendern ? "a" : "l";
-    const char *ereignis = art == Art::Einfuegen ? "INSERT" : art == Art::Aendern ? "UPDATE"
-                                                                                  : "DELETE";
+    const char *ereignis = art == Art::Einfuegen ? "INSERT"
+        : art == Art::Aendern                    ? "UPDATE"
+                                                 : "DELETE";
     QString sql = QStringLiteral("CREATE TRIGGER %1_%2_%3 AFTER %4 ON %2 BEGIN\n")
-                      .arg(triggerName, p.tabelle, QLatin1String(endung),
-                           QLatin1String(ereignis));
+                      .arg(triggerName, p.tabelle, QLatin1String(endung), QLatin1String(ereignis));
     for (const QString &roh : spalten) {
         const QString c = katalogName(kat, roh);
         QString alt = QStringLiteral("NULL");
@@ -298,8 +295,8 @@ void dateiEinrichten(Database &db)
             return;
         db.execute(tabellenDdlDatei);
         db.execute(indexDdl);
-        auto c = db.query(QStringLiteral(
-            "SELECT name FROM sqlite_master WHERE type = 'trigger' AND name LIKE 'zep_protokoll%'"));
+        auto c = db.query(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'trigger' "
+                                         "AND name LIKE 'zep_protokoll%'"));
         QStringList alte;
         while (c->next())
             alte << c->wert(0).toString();
@@ -369,7 +366,8 @@ QString pgFunktionen()
                "  END LOOP;\n"
                "  IF felder <> '' THEN\n"
                "    PERFORM pg_notify('%5', TG_ARGV[3] || '|' || coalesce(jahr::text, '') || '|'\n"
-               "      || coalesce(konto, '') || '|' || wer || '|' || TG_OP || '|' || substr(felder, 2));\n"
+               "      || coalesce(konto, '') || '|' || wer || '|' || TG_OP || '|' || "
+               "substr(felder, 2));\n"
                "  END IF;\n"
                "  RETURN NULL;\n"
                "END $f$")
@@ -409,8 +407,8 @@ QString pgTrigger(const Protokolliert &p)
     return QStringLiteral("DROP TRIGGER IF EXISTS zep_protokoll ON %1;\n"
                           "CREATE TRIGGER zep_protokoll AFTER INSERT OR UPDATE OR DELETE ON %1 "
                           "FOR EACH ROW EXECUTE FUNCTION %2(%3, %4, %5, %6)")
-        .arg(p.tabelle, triggerName, sqlText(pgName(p.jahrSpalte)),
-             sqlText(pgName(p.kontoSpalte)), sqlText(json), sqlText(p.tabelle));
+        .arg(p.tabelle, triggerName, sqlText(pgName(p.jahrSpalte)), sqlText(pgName(p.kontoSpalte)),
+             sqlText(json), sqlText(p.tabelle));
 }
 
 void pgEinrichten(Database &db)
@@ -420,12 +418,13 @@ void pgEinrichten(Database &db)
         pruefung << QStringLiteral("to_regclass('%1')").arg(pgName(p.tabelle));
     // One round trip: the session's workstation and what exists.
     auto c = db.query(
-        QStringLiteral("SELECT set_config('zep.arbeitsplatz', ?, false), "
-                       "set_config('zep.quelle', ?, false), "
-                       "(SELECT count(*) FROM unnest(ARRAY[%1]::regclass[]) r WHERE r IS NOT NULL), "
-                       "(SELECT count(*) FROM pg_trigger tr JOIN pg_proc f ON f.oid = tr.tgfoid "
-                       "  WHERE f.proname = '%2' AND tr.tgrelid = ANY (ARRAY[%1]::regclass[])), "
-                       "(to_regclass('aenderungsprotokoll') IS NOT NULL)::int")
+        QStringLiteral(
+            "SELECT set_config('zep.arbeitsplatz', ?, false), "
+            "set_config('zep.quelle', ?, false), "
+            "(SELECT count(*) FROM unnest(ARRAY[%1]::regclass[]) r WHERE r IS NOT NULL), "
+            "(SELECT count(*) FROM pg_trigger tr JOIN pg_proc f ON f.oid = tr.tgfoid "
+            "  WHERE f.proname = '%2' AND tr.tgrelid = ANY (ARRAY[%1]::regclass[])), "
+            "(to_regclass('aenderungsprotokoll') IS NOT NULL)::int")
             .arg(pruefung.join(QStringLiteral(", ")), triggerName),
         {QSysInfo::machineHostName(), protokollquelle::Bildschirm});
     if (!c->next())
@@ -466,9 +465,8 @@ QString textAus(const Cursor &c, int spalte)
 void Aenderungsprotokoll::vorbereiten()
 {
     static std::once_flag einmal;
-    std::call_once(einmal, [] {
-        sqlite3_auto_extension(reinterpret_cast<void (*)()>(&funktionenAnmelden));
-    });
+    std::call_once(
+        einmal, [] { sqlite3_auto_extension(reinterpret_cast<void (*)()>(&funktionenAnmelden)); });
 }
 
 void Aenderungsprotokoll::einrichten(Database &db)
@@ -573,14 +571,13 @@ Pruefergebnis Aenderungsprotokoll::pruefen(Database &db, const QString &bis,
 
 std::vector<Protokolleintrag> Aenderungsprotokoll::lesen(Database &db, const QString &tab,
                                                          std::optional<int> jahr,
-                                                         const QString &konto,
-                                                         const QString &seit)
+                                                         const QString &konto, const QString &seit)
 {
     std::vector<Protokolleintrag> eintraege;
     if (!db.hasTable(tabelle))
         return eintraege;
-    QString sql = QStringLiteral("SELECT %1 FROM Aenderungsprotokoll WHERE Tabelle = ?")
-                      .arg(spaltenliste);
+    QString sql
+        = QStringLiteral("SELECT %1 FROM Aenderungsprotokoll WHERE Tabelle = ?").arg(spaltenliste);
     QVariantList params {tab};
     if (jahr) {
         sql += QStringLiteral(" AND Jahr = ?");

@@ -78,8 +78,7 @@ public:
     // ISO form, compared with the UTC time of the entry.
     static std::vector<Protokolleintrag> lesen(Database &db, const QString &tabelle,
                                                std::optional<int> jahr = {},
-                                               const QString &konto = {},
-                                               const QString &seit = {});
+                                               const QString &konto = {}, const QString &seit = {});
 };
 
 // Sets the source of a connection's writes for as long as it lives, then restores the usual one.

@@ -1,6 +1,6 @@
 #include "Database.h"
-#include "Aenderungsprotokoll.h"
 
+#include "Aenderungsprotokoll.h"
 #include "PostgresDatabase.h"
 #include "SqlCipherDatabase.h"
 #include "platform/core/RuntimeError.h"

@@ -1,6 +1,6 @@
 #include "Schema.h"
-#include "Aenderungsprotokoll.h"
 
+#include "Aenderungsprotokoll.h"
 #include "platform/core/RuntimeError.h"
 
 namespace platform::storage {

@@ -849,9 +849,11 @@ private slots:
         QTest::addColumn<QString>("frueher");
         QTest::addColumn<QString>("bleibt");
         QTest::addColumn<QStringList>("meldungen");
-        QTest::newRow("alter Text kommt zurück") << "Barkassa" << "Barkassa" << QStringList {};
+        QTest::newRow("alter Text kommt zurück") << "Barkassa"
+                                                 << "Barkassa" << QStringList {};
         QTest::newRow("leere Bezeichnung wird geprüft")
-            << "" << "Handkassa" << QStringList {BezeichnungLeer};
+            << ""
+            << "Handkassa" << QStringList {BezeichnungLeer};
     }
 
     void verlaufUebernimmtAltenWert()
@@ -909,16 +911,18 @@ private slots:
         auto anderer = Database::openSeparate(m_ort);
         anderer->execute("UPDATE ObjKanzleiKontenstamm SET KontoBezeichnung = 'Fremd' "
                          "WHERE KontoNr = '1000'");
-        QTRY_VERIFY_WITH_TIMEOUT(m_form->findChild<QFrame *>("fraFremdeAenderung")
-                                     && m_form->findChild<QFrame *>("fraFremdeAenderung")->isVisible(),
-                                 2000);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            m_form->findChild<QFrame *>("fraFremdeAenderung")
+                && m_form->findChild<QFrame *>("fraFremdeAenderung")->isVisible(),
+            2000);
         QVERIFY2(c<QLabel>("lblFremdeAenderung")->text().contains("Konto-Bezeichnung"),
                  qPrintable(c<QLabel>("lblFremdeAenderung")->text()));
         auto *laden = c<QPushButton>("cmdNeuLaden");
         QCOMPARE(laden->isVisible(), !eingabe);
         if (!eingabe)
             laden->click();
-        QCOMPARE(bezeichnung->text(), eingabe ? QStringLiteral("Meine Kassa") : QStringLiteral("Fremd"));
+        QCOMPARE(bezeichnung->text(),
+                 eingabe ? QStringLiteral("Meine Kassa") : QStringLiteral("Fremd"));
         QVERIFY(m_boxen->texte().isEmpty());
         if (eingabe)
             kk()->UpdateControls();

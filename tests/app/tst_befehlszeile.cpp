@@ -54,9 +54,8 @@ private slots:
         QTest::newRow("log filter on the check")
             << QStringList {"protokoll", "pruefen", "--konto", "2000"}
             << QStringLiteral("gehören zu \"protokoll JAHR\"");
-        QTest::newRow("log bad date")
-            << QStringList {"protokoll", "2024", "--seit", "31.02.2024"}
-            << QStringLiteral("Ungültiges Datum bei --seit");
+        QTest::newRow("log bad date") << QStringList {"protokoll", "2024", "--seit", "31.02.2024"}
+                                      << QStringLiteral("Ungültiges Datum bei --seit");
     }
     void fehler()
     {

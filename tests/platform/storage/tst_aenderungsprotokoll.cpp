@@ -35,8 +35,8 @@ qint64 letzteNr(Database &db)
 std::vector<Protokolleintrag> eintraegeNach(Database &db, qint64 nach)
 {
     std::vector<Protokolleintrag> alle;
-    for (const QString &t : {QStringLiteral("ObjKanzleiKontenstamm"),
-                            QStringLiteral("KreditorenKontenstamm")}) {
+    for (const QString &t :
+         {QStringLiteral("ObjKanzleiKontenstamm"), QStringLiteral("KreditorenKontenstamm")}) {
         for (Protokolleintrag &e : Aenderungsprotokoll::lesen(db, t)) {
             if (e.nr > nach)
                 alle.push_back(std::move(e));
@@ -109,9 +109,9 @@ private slots:
             << QStringLiteral("INSERT INTO ObjKanzleiKontenstamm (KontoNr, KontoJJ, "
                               "KontoBezeichnung, KontoTypus) VALUES ('3000', 2026, 'Miete', 0)")
             << protokollquelle::Import << 3
-            << QStringList {QStringLiteral("ObjKanzleiKontenstamm|2026|3000|KontoNr|∅|3000"),
-                            QStringLiteral(
-                                "ObjKanzleiKontenstamm|2026|3000|KontoBezeichnung|∅|Miete")};
+            << QStringList {
+                   QStringLiteral("ObjKanzleiKontenstamm|2026|3000|KontoNr|∅|3000"),
+                   QStringLiteral("ObjKanzleiKontenstamm|2026|3000|KontoBezeichnung|∅|Miete")};
         QTest::newRow("Löschen hält jeden Wert fest")
             << QStringLiteral("DELETE FROM ObjKanzleiKontenstamm WHERE KontoNr = '2000'")
             << protokollquelle::Jahreswechsel << -1
