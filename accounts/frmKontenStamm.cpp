@@ -224,6 +224,7 @@ void frmKontenStamm::Form_Load()
     seiteZeigen(seite());
     titelZeigen();
     screens::listenBreiteAnpassen(this);
+    fremdeAenderungBeobachten();
 
     // Wider displays: the screen enlarges itself by the user's factor.
     bool positionen = true;
@@ -376,6 +377,10 @@ bool frmKontenStamm::eventFilter(QObject *obj, QEvent *ev)
     if (!w || w != ziel || w->window() != this || !isVisible())
         return QDialog::eventFilter(obj, ev);
     const auto *taste = static_cast<QKeyEvent *>(ev);
+    if (taste->keyCombination() == (Qt::ControlModifier | Qt::Key_H)) {
+        kontoVerlaufZeigen();
+        return true;
+    }
     if ((taste->key() == Qt::Key_Tab || taste->key() == Qt::Key_Backtab)
         && (taste->modifiers() & Qt::ControlModifier)) {
         const bool zurueck

@@ -2,6 +2,7 @@
 
 #include "frame/mdlKontenStamm.h"
 
+#include <QDate>
 #include <QHash>
 #include <algorithm>
 
@@ -54,6 +55,15 @@ QString befehlszeilenHilfe()
         "      ist; --probelauf prüft nur. Liest UTF-8 und Windows-1252 (\"CSV (Trennzeichen-\n"
         "      getrennt)\" aus Excel)\n"
         "\n"
+        "Änderungsprotokoll (mit --datenbank wie oben):\n"
+        "  kontenstamm protokoll pruefen [--bis HASH]\n"
+        "      prüft die Hash-Kette des Änderungsprotokolls und nennt den ersten Eintrag, der\n"
+        "      nicht passt, sowie den letzten Hash (zum Notieren beim Jahresabschluss); --bis\n"
+        "      prüft, ob ein notierter Hash noch Teil der intakten Kette ist\n"
+        "  kontenstamm protokoll JAHR [--konto NR] [--seit DATUM] [--csv]\n"
+        "      listet die Änderungen an den Konten des Jahres, die neuesten zuerst; --csv\n"
+        "      schreibt sie als CSV (Strichpunkt, Kopfzeile)\n"
+        "\n"
         "Für die Verwaltung:\n"
         "  kontenstamm sql ORT [ANWEISUNG]\n"
         "      führt SQL-Abfragen auf der Datenbank ORT aus, ohne etwas zu ändern; ohne\n"
@@ -80,6 +90,33 @@ namespace {
 bool werkzeugLesen(Aufruf &aufruf, const QStringList &positionen, QString &fehler)
 {
     const QString befehl = positionen.front();
+    if (aufruf.art == Aufruf::Art::Protokoll) {
+        if (positionen.size() != 2) {
+            fehler = QStringLiteral("\"protokoll\" erwartet \"pruefen\" oder ein Buchungsjahr; "
+                                    "mit --help werden die Aufrufe angezeigt.");
+            return false;
+        }
+        aufruf.protokollPruefen = positionen.at(1) == QLatin1String("pruefen");
+        if (!aufruf.protokollPruefen) {
+            aufruf.jahr = jahrLesen(positionen.at(1));
+            if (!aufruf.jahr) {
+                fehler = QStringLiteral("Ungültiges Buchungsjahr: \"%1\" (erwartet: JJJJ).")
+                             .arg(positionen.at(1));
+                return false;
+            }
+        }
+        if (!aufruf.protokollPruefen && !aufruf.bisHash.isEmpty()) {
+            fehler = QStringLiteral("Die Option --bis gehört zu \"protokoll pruefen\".");
+            return false;
+        }
+        if (aufruf.protokollPruefen
+            && (aufruf.csv || !aufruf.konto.isEmpty() || !aufruf.seit.isEmpty())) {
+            fehler = QStringLiteral("Die Optionen --konto, --seit und --csv gehören zu "
+                                    "\"protokoll JAHR\".");
+            return false;
+        }
+        return true;
+    }
     if (aufruf.art == Aufruf::Art::Sql) {
         if (positionen.size() < 2 || positionen.size() > 3) {
             fehler = QStringLiteral("\"sql\" erwartet den Ort der Datenbank und höchstens eine "
@@ -133,6 +170,7 @@ std::optional<Aufruf> befehlszeileLesen(const QStringList &argumente, QString &f
         {QStringLiteral("export"), Aufruf::Art::Export},
         {QStringLiteral("import"), Aufruf::Art::Import},
         {QStringLiteral("sql"), Aufruf::Art::Sql},
+        {QStringLiteral("protokoll"), Aufruf::Art::Protokoll},
     };
     QStringList positionen;
     // The tool named first decides which of the following options belong to it.
@@ -174,6 +212,31 @@ std::optional<Aufruf> befehlszeileLesen(const QStringList &argumente, QString &f
         } else if (arg == QLatin1String("--hilfedatei")) {
             if (!wert(aufruf.hilfedatei))
                 return std::nullopt;
+        } else if (arg == QLatin1String("--bis") || arg == QLatin1String("--konto")
+                   || arg == QLatin1String("--seit") || arg == QLatin1String("--csv")) {
+            if (aufruf.art != Aufruf::Art::Protokoll) {
+                fehler = QStringLiteral("Die Option %1 gehört zu \"protokoll\".").arg(arg);
+                return std::nullopt;
+            }
+            if (arg == QLatin1String("--csv")) {
+                aufruf.csv = true;
+            } else if (!wert(arg == QLatin1String("--bis")         ? aufruf.bisHash
+                                 : arg == QLatin1String("--konto") ? aufruf.konto
+                                                                   : text)) {
+                return std::nullopt;
+            }
+            if (arg == QLatin1String("--seit")) {
+                QDate datum = QDate::fromString(text, QStringLiteral("d.M.yyyy"));
+                if (!datum.isValid())
+                    datum = QDate::fromString(text, Qt::ISODate);
+                if (!datum.isValid()) {
+                    fehler = QStringLiteral("Ungültiges Datum bei --seit: \"%1\" (erwartet: "
+                                            "TT.MM.JJJJ).")
+                                 .arg(text);
+                    return std::nullopt;
+                }
+                aufruf.seit = datum.toString(Qt::ISODate);
+            }
         } else if (arg == QLatin1String("--kreditoren")) {
             aufruf.art = Aufruf::Art::Kreditoren;
         } else if (arg == QLatin1String("--vorschau") || arg == QLatin1String("--probelauf")) {

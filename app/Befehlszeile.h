@@ -18,7 +18,8 @@ struct Aufruf
         Pruefen,
         Export,
         Import,
-        Sql
+        Sql,
+        Protokoll
     };
 
     Art art = Art::Kontenstamm;
@@ -33,6 +34,13 @@ struct Aufruf
     bool ohneSchreiben = false;
     // sql: the statement given on the command line (empty: read them from standard input).
     QString anweisung;
+    // protokoll: check the chain (else list the entries of `jahr`), the hash that must be part
+    // of it, the filters of the list and CSV output.
+    bool protokollPruefen = false;
+    QString bisHash;
+    QString konto;
+    QString seit; // ISO date
+    bool csv = false;
 };
 
 // Reads the arguments (without the program name). Returns the call, or sets `fehler` to a German

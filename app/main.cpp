@@ -2,6 +2,7 @@
 // component, as the suite's programs do.
 #include "Befehlszeile.h"
 #include "Jahresbefehle.h"
+#include "Protokollbefehle.h"
 #include "SqlKonsole.h"
 #include "component/zelKontenStamm.h"
 #include "frame/Demodaten.h"
@@ -97,13 +98,19 @@ int main(int argc, char **argv)
         return 0;
     }
     if (istJahreswerkzeug(*aufruf) || aufruf->art == Aufruf::Art::Init
-        || aufruf->art == Aufruf::Art::Demo || aufruf->art == Aufruf::Art::Sql) {
+        || aufruf->art == Aufruf::Art::Demo || aufruf->art == Aufruf::Art::Sql
+        || aufruf->art == Aufruf::Art::Protokoll) {
         QCoreApplication app(argc, argv);
         app.setApplicationName(QStringLiteral("zepKontenStamm"));
         app.setOrganizationName(QStringLiteral("zep"));
         Aufruf a = *aufruf;
         if (a.art == Aufruf::Art::Sql)
             return sqlKonsole(a);
+        if (a.art == Aufruf::Art::Protokoll) {
+            if (a.datenbank.isEmpty())
+                a.datenbank = demoPfad();
+            return protokollbefehlAusfuehren(a);
+        }
         if (istJahreswerkzeug(a)) {
             if (a.datenbank.isEmpty())
                 a.datenbank = demoPfad();

@@ -368,6 +368,10 @@ bool frmKreditorenKontenStamm::eventFilter(QObject *obj, QEvent *ev)
     QWidget *ziel = focusWidget() ? focusWidget() : this;
     if (!w || w != ziel || w->window() != this || !isVisible())
         return QDialog::eventFilter(obj, ev);
+    if (static_cast<QKeyEvent *>(ev)->keyCombination() == (Qt::ControlModifier | Qt::Key_H)) {
+        kontoVerlaufZeigen();
+        return true;
+    }
 
     int code = tastenCode(static_cast<QKeyEvent *>(ev)->key());
     if (code == 0)

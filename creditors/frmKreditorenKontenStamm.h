@@ -70,6 +70,8 @@ public:
     void cmdKontoListe_Click();
     void cmdKontoNeueröff_Click();
     void cmdExit_Click();
+    // Ctrl+H: the changes of the account shown, from the change log.
+    void kontoVerlaufZeigen();
 
 protected:
     bool eventFilter(QObject *obj, QEvent *ev) override;

@@ -2,6 +2,7 @@
 
 #include "accounts/regeln/Kontonummern.h"
 #include "jahr/Einfuegen.h"
+#include "platform/storage/Aenderungsprotokoll.h"
 
 #include <QHash>
 
@@ -49,6 +50,8 @@ bool gleich(const Kontenliste &a, size_t i, int sa, const Kontenliste &b, size_t
 JahreswechselErgebnis jahreswechsel(Database &db, int von, int nach, bool vorschau,
                                     const Fortschritt &fortschritt)
 {
+    const platform::storage::Protokollquelle protokoll(
+        db, platform::storage::protokollquelle::Jahreswechsel);
     JahreswechselErgebnis ergebnis;
     // Progress over reading both years, comparing and copying, in accounts of `von`.
     const qint64 imZiel = kontenregeln::kontenAnzahl(db, nach);

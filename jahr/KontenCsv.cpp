@@ -5,6 +5,7 @@
 #include "accounts/regeln/Kontonummern.h"
 #include "jahr/Einfuegen.h"
 #include "platform/core/RuntimeError.h"
+#include "platform/storage/Aenderungsprotokoll.h"
 #include "platform/storage/Schema.h"
 
 #include <QDate>
@@ -163,6 +164,8 @@ ExportErgebnis exportieren(Database &db, int jahr, const QString &datei,
 ImportErgebnis importieren(Database &db, int jahr, const QString &datei, bool probelauf,
                            const Fortschritt &fortschritt)
 {
+    const platform::storage::Protokollquelle protokoll(db,
+                                                       platform::storage::protokollquelle::Import);
     ImportErgebnis ergebnis;
     auto fehler = [&](int zeile, const QString &feld, const QString &meldung) {
         ergebnis.fehler.push_back({zeile, feld, meldung});

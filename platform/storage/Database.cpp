@@ -1,5 +1,6 @@
 #include "Database.h"
 
+#include "Aenderungsprotokoll.h"
 #include "PostgresDatabase.h"
 #include "SqlCipherDatabase.h"
 #include "platform/core/RuntimeError.h"
@@ -34,11 +35,19 @@ QString normalisiert(const QString &ort)
     return kanonisch.isEmpty() ? info.absoluteFilePath() : kanonisch;
 }
 
+// The triggers of the change log call functions every file connection must know.
+const bool protokollVorbereitet = (Aenderungsprotokoll::vorbereiten(), true);
+
 std::unique_ptr<Database> oeffnenNeu(const QString &ort, const QString &passwort)
 {
+    Aenderungsprotokoll::vorbereiten();
+    std::unique_ptr<Database> db;
     if (Database::istPostgresUri(ort))
-        return PostgresDatabase::oeffnen(ort.trimmed());
-    return SqlCipherDatabase::oeffnen(ort, passwort);
+        db = PostgresDatabase::oeffnen(ort.trimmed());
+    else
+        db = SqlCipherDatabase::oeffnen(ort, passwort);
+    Aenderungsprotokoll::einrichten(*db);
+    return db;
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "Schema.h"
 
+#include "Aenderungsprotokoll.h"
 #include "platform/core/RuntimeError.h"
 
 namespace platform::storage {
@@ -382,6 +383,7 @@ void schemaAnlegen(Database &db)
             for (const QString &befehl : indexDdl(t))
                 db.execute(befehl);
         }
+        Aenderungsprotokoll::einrichten(db);
     };
     if (db.inTransaction()) {
         anlegen();

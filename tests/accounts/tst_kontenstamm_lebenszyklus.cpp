@@ -5,6 +5,7 @@
 #include "accounts/frmKontenStamm.h"
 #include "accounts/frmNeu.h"
 #include "common/TestDatenbank.h"
+#include "frame/Verlaufsfenster.h"
 #include "frame/mdlFehlerZL.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/core/CreateObject.h"
@@ -18,6 +19,7 @@
 #include <QComboBox>
 #include <QDate>
 #include <QFile>
+#include <QFrame>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -25,6 +27,7 @@
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTabBar>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -893,6 +896,92 @@ private slots:
         c<QPushButton>("cmdExit")->click();
         QVERIFY(!m_form->isVisible());
         QCOMPARE(gespeichert("1000", "KontoBezeichnung").toString(), "Hauptkassa");
+    }
+
+    // Ctrl+H shows the account's changes; an old value goes back as an edit that must pass
+    // the checks before it is saved, and the save is logged again.
+    void verlaufUebernimmtAltenWert_data()
+    {
+        QTest::addColumn<QString>("frueher");
+        QTest::addColumn<QString>("bleibt");
+        QTest::addColumn<QStringList>("meldungen");
+        QTest::newRow("alter Text kommt zurück") << "Barkassa"
+                                                 << "Barkassa" << QStringList {};
+        QTest::newRow("leere Bezeichnung wird geprüft")
+            << ""
+            << "Handkassa" << QStringList {BezeichnungLeer};
+    }
+
+    void verlaufUebernimmtAltenWert()
+    {
+        QFETCH(QString, frueher);
+        QFETCH(QString, bleibt);
+        QFETCH(QStringList, meldungen);
+        standardKonten();
+        for (const QString &text : {frueher, QStringLiteral("Handkassa")})
+            m_db->execute("UPDATE ObjKanzleiKontenstamm SET KontoBezeichnung = ? WHERE KontoNr = "
+                          "'1000'",
+                          {text});
+        oeffnen();
+        QStringList zeile;
+        QTimer::singleShot(50, this, [&] {
+            auto *f = qobject_cast<frame::Verlaufsfenster *>(QApplication::activeModalWidget());
+            if (!f)
+                return;
+            for (int s = 2; s < 5; ++s)
+                zeile << f->tabelle()->item(0, s)->text();
+            f->uebernehmenKnopf()->click();
+        });
+        fokusAuf(nrFeld());
+        QTest::keyClick(nrFeld(), Qt::Key_H, Qt::ControlModifier);
+        QCOMPARE(zeile, (QStringList {"Konto-Bezeichnung", frueher, "Handkassa"}));
+        QCOMPARE(c<QLineEdit>("inpKontoBezeichnung")->text(), frueher);
+        QCOMPARE(kk()->UpdateRecord(), meldungen.isEmpty());
+        QCOMPARE(gespeichert("1000", "KontoBezeichnung").toString(), bleibt);
+        QCOMPARE(m_boxen->texte(), meldungen);
+        const auto log = platform::storage::Aenderungsprotokoll::lesen(
+            *m_db, "ObjKanzleiKontenstamm", 2003, "1000");
+        QCOMPARE(log.front().neu.value_or("-"), bleibt);
+        if (!meldungen.isEmpty())
+            c<QLineEdit>("inpKontoBezeichnung")->setText(bleibt);
+    }
+
+    // Another user's save of the account shown appears in the window within two seconds;
+    // without pending edits it can be loaded, with them the typed values stay.
+    void fremdeAenderungErscheint_data()
+    {
+        QTest::addColumn<bool>("eingabe");
+        QTest::newRow("ohne eigene Eingabe: neu laden") << false;
+        QTest::newRow("mit eigener Eingabe") << true;
+    }
+
+    void fremdeAenderungErscheint()
+    {
+        QFETCH(bool, eingabe);
+        standardKonten();
+        oeffnen();
+        QCOMPARE(aktuell(), QStringLiteral("1000"));
+        auto *bezeichnung = c<QLineEdit>("inpKontoBezeichnung");
+        if (eingabe)
+            bezeichnung->setText("Meine Kassa");
+        auto anderer = Database::openSeparate(m_ort);
+        anderer->execute("UPDATE ObjKanzleiKontenstamm SET KontoBezeichnung = 'Fremd' "
+                         "WHERE KontoNr = '1000'");
+        QTRY_VERIFY_WITH_TIMEOUT(
+            m_form->findChild<QFrame *>("fraFremdeAenderung")
+                && m_form->findChild<QFrame *>("fraFremdeAenderung")->isVisible(),
+            2000);
+        QVERIFY2(c<QLabel>("lblFremdeAenderung")->text().contains("Konto-Bezeichnung"),
+                 qPrintable(c<QLabel>("lblFremdeAenderung")->text()));
+        auto *laden = c<QPushButton>("cmdNeuLaden");
+        QCOMPARE(laden->isVisible(), !eingabe);
+        if (!eingabe)
+            laden->click();
+        QCOMPARE(bezeichnung->text(),
+                 eingabe ? QStringLiteral("Meine Kassa") : QStringLiteral("Fremd"));
+        QVERIFY(m_boxen->texte().isEmpty());
+        if (eingabe)
+            kk()->UpdateControls();
     }
 
     void korrigierterSatzWirdGeschrieben()

@@ -50,6 +50,19 @@ private slots:
             << QStringList {"sql"} << QStringLiteral("erwartet den Ort der Datenbank");
         QTest::newRow("sql two statements") << QStringList {"sql", "k.zdb", "SELECT 1", "SELECT 2"}
                                             << QStringLiteral("höchstens eine Anweisung");
+        QTest::newRow("log without what")
+            << QStringList {"protokoll"} << QStringLiteral("erwartet \"pruefen\"");
+        QTest::newRow("log bad year")
+            << QStringList {"protokoll", "24"} << QStringLiteral("Ungültiges Buchungsjahr");
+        QTest::newRow("log option on another tool") << QStringList {"pruefen", "2024", "--csv"}
+                                                    << QStringLiteral("gehört zu \"protokoll\"");
+        QTest::newRow("log hash on the list") << QStringList {"protokoll", "2024", "--bis", "ab"}
+                                              << QStringLiteral("gehört zu \"protokoll pruefen\"");
+        QTest::newRow("log filter on the check")
+            << QStringList {"protokoll", "pruefen", "--konto", "2000"}
+            << QStringLiteral("gehören zu \"protokoll JAHR\"");
+        QTest::newRow("log bad date") << QStringList {"protokoll", "2024", "--seit", "31.02.2024"}
+                                      << QStringLiteral("Ungültiges Datum bei --seit");
     }
     void fehler()
     {

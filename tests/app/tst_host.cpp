@@ -120,6 +120,22 @@ void tst_Host::aufruf_data()
         << QStringList {"Konto 12 | Seite 1 Allgemein | Feld KontoNummer | ",
                         "1 Konto des Buchungsjahres 2033 geprüft, 1 fehlerhaft (1 Befund)."}
         << "";
+    QTest::newRow("protokoll listet ein Konto")
+        << QStringList {"protokoll", "2033", "--konto", "12", "--datenbank", "DB"} << false << 0
+        << QStringList {"| Konto 12 | KontoBezeichnung | (leer) -> Kurz", "im Buchungsjahr 2033."}
+        << "";
+    QTest::newRow("protokoll als CSV")
+        << QStringList {"protokoll", "2033", "--seit", "1.1.2020", "--csv", "--datenbank", "DB"}
+        << false << 0
+        << QStringList {"Zeit;Wer;Arbeitsplatz;Quelle;Jahr;Konto;Feld;Alt;Neu\n",
+                        ";Bildschirm;2033;12;KontoBezeichnung;;Kurz\n"}
+        << "";
+    QTest::newRow("protokoll pruefen")
+        << QStringList {"protokoll", "pruefen", "--datenbank", "DB"} << false << 0
+        << QStringList {"Das Änderungsprotokoll ist unversehrt: ", "Letzter Hash: "} << "";
+    QTest::newRow("protokoll pruefen mit fremdem Hash")
+        << QStringList {"protokoll", "pruefen", "--bis", "00ff", "--datenbank", "DB"} << false << 1
+        << QStringList {"Letzter Hash: "} << "Der Hash 00ff ist nicht Teil der Kette";
     QTest::newRow("pruefen Datenbank fehlt")
         << QStringList {"pruefen", "2026", "--datenbank", "/nirgends/k.zdb"} << false << 2
         << QStringList() << "Fehler";

@@ -110,12 +110,13 @@ int umsteller(const QString &ort)
         QThread::sleep(1);
 }
 
-// Every table's row count, and the integrity check.
+// Every table's row count, and the integrity check. The change log, which the first open adds
+// to an older file, is not part of what the file held.
 QStringList inhalt(Database &db)
 {
     QStringList z {db.scalar(QStringLiteral("PRAGMA integrity_check")).toString()};
     auto c = db.query(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table' "
-                                     "ORDER BY name"));
+                                     "AND name <> 'Aenderungsprotokoll' ORDER BY name"));
     while (c->next())
         z.append(c->wert(0).toString());
     for (qsizetype i = 1; i < z.size(); ++i)
