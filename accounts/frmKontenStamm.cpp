@@ -179,7 +179,9 @@ void frmKontenStamm::titelZeigen()
                      .arg(rs->AbsolutePosition() + 1)
                      .arg(rs->RecordCount());
     }
-    if (mks::NurAnzeige)
+    if (mks::NurAnzeige && mks::SchreibrechtFehlt)
+        titel += frame::NurLesenTitel;
+    else if (mks::NurAnzeige)
         titel += QStringLiteral(" – nur Anzeige");
     else if (m_ui->KKData->bearbeitet())
         titel += QStringLiteral(" *");
