@@ -1,9 +1,11 @@
 // The year tools on both engines: carrying accounts into the next year, the whole-year check,
 // the CSV export and import with their refusals and the files Excel writes.
 #include "accounts/regeln/Jahrespruefung.h"
+#include "common/Schreibfehler.h"
 #include "common/TestDatenbank.h"
 #include "jahr/Jahreswechsel.h"
 #include "jahr/KontenCsv.h"
+#include "platform/core/RuntimeError.h"
 #include "platform/storage/Schema.h"
 
 #include <QBuffer>
@@ -17,6 +19,7 @@ class TestJahreswerkzeuge : public QObject
     Q_OBJECT
 
 private:
+    QString m_ort;
     std::shared_ptr<Database> m_db;
     QTemporaryDir m_dir;
 
@@ -64,7 +67,8 @@ private:
 private slots:
     void init()
     {
-        m_db = Database::open(testhilfe::neueDatenbank());
+        m_ort = testhilfe::neueDatenbank();
+        m_db = Database::open(m_ort);
         platform::storage::schemaAnlegen(*m_db);
         m_db->execute("INSERT INTO AllgSchluesselDaten (SchlNummer, SchlKurzbezeich) VALUES "
                       "(0, 'keine'), (4, 'Nutzfl')");
@@ -282,6 +286,39 @@ private slots:
             << kopf + "3000;\"x'); DROP TABLE ObjKanzleiKontenstamm; --\";0;\r\n5000;ok;9;\r\n"
             << 3 << "KontoTypus"
             << "ungültiger Wert";
+    }
+    void importAufDefektemDatentraeger_data()
+    {
+        QTest::addColumn<int>("fehler");
+        QTest::addColumn<int>("nummer");
+        QTest::newRow("voll") << SQLITE_FULL << platform::fehlernummer::DatentraegerVoll;
+        QTest::newRow("Schreibfehler")
+            << SQLITE_IOERR_WRITE << platform::fehlernummer::DatentraegerFehler;
+    }
+    void importAufDefektemDatentraeger()
+    {
+        QFETCH(int, fehler);
+        QFETCH(int, nummer);
+        if (testhilfe::aktuelleEngine() == platform::storage::Engine::PostgreSql)
+            QSKIP("the server's disk is the server's");
+        konto("1000", "Kassa");
+        const QString csv = m_dir.filePath("aus.csv");
+        jahr::exportieren(*m_db, 2024, csv);
+        testhilfe::Schreibfehler schicht;
+        auto db = Database::openSeparate(m_ort);
+        testhilfe::Schreibfehler::s_fehler = fehler;
+        int gemeldet = 0;
+        try {
+            jahr::importieren(*db, 2025, csv, false);
+        } catch (const platform::RuntimeError &e) {
+            gemeldet = e.nummer();
+        }
+        QCOMPARE(gemeldet, nummer);
+        testhilfe::Schreibfehler::s_fehler = SQLITE_OK;
+        // Nothing of the file half-written; with room again the same connection imports.
+        QCOMPARE(anzahl(2025), 0);
+        QVERIFY(jahr::importieren(*db, 2025, csv, false).geschrieben);
+        QCOMPARE(anzahl(2025), 1);
     }
     void importFehler()
     {

@@ -1,3 +1,4 @@
+#include "common/Schreibfehler.h"
 #include "common/TestDatenbank.h"
 #include "platform/core/RuntimeError.h"
 #include "platform/storage/Database.h"
@@ -117,70 +118,6 @@ QMap<QString, qint64> zeilenJeTabelle(Database &db)
 // the engine starts, it is destroyed after the engine's own exit handler.
 std::shared_ptr<Database> g_bisZumEnde;
 std::unique_ptr<Cursor> g_cursorBisZumEnde;
-
-struct SchreibMethoden
-{
-    const sqlite3_io_methods *original = nullptr;
-    sqlite3_io_methods kopie {};
-};
-
-// A layer over the default file system of the file engine that fails every write with `fehler`
-// while it is set, as a full or a broken disk does. It is the default while it lives.
-class Schreibfehler
-{
-public:
-    explicit Schreibfehler()
-    {
-        s_unten = sqlite3_vfs_find(nullptr);
-        m_vfs = *s_unten;
-        m_vfs.zName = "zep_schreibfehler";
-        m_vfs.xOpen = &oeffnen;
-        sqlite3_vfs_register(&m_vfs, 1);
-    }
-    ~Schreibfehler()
-    {
-        sqlite3_vfs_register(s_unten, 1);
-        sqlite3_vfs_unregister(&m_vfs);
-        s_fehler = SQLITE_OK;
-    }
-    static inline int s_fehler = SQLITE_OK;
-
-private:
-    // The file stays the lower layer's; only its write method is exchanged. The lower layer has
-    // methods of its own per kind of file (with locking or without, for the WAL and journal):
-    // one exchanged copy of each.
-    static inline SchreibMethoden s_methoden[8];
-    static int oeffnen(sqlite3_vfs *, sqlite3_filename name, sqlite3_file *f, int flags, int *aus)
-    {
-        const int rc = s_unten->xOpen(s_unten, name, f, flags, aus);
-        if (rc != SQLITE_OK || !f->pMethods)
-            return rc;
-        for (SchreibMethoden &m : s_methoden) {
-            if (!m.original) {
-                m.original = f->pMethods;
-                m.kopie = *f->pMethods;
-                m.kopie.xWrite = &schreiben;
-            }
-            if (m.original == f->pMethods) {
-                f->pMethods = &m.kopie;
-                break;
-            }
-        }
-        return rc;
-    }
-    static int schreiben(sqlite3_file *f, const void *daten, int n, sqlite3_int64 wo)
-    {
-        if (s_fehler != SQLITE_OK)
-            return s_fehler;
-        for (const SchreibMethoden &m : s_methoden) {
-            if (&m.kopie == f->pMethods)
-                return m.original->xWrite(f, daten, n, wo);
-        }
-        return SQLITE_IOERR_WRITE;
-    }
-    static inline sqlite3_vfs *s_unten = nullptr;
-    sqlite3_vfs m_vfs {};
-};
 
 } // namespace
 
@@ -564,9 +501,9 @@ void tst_Database::datentraegerfehler()
         QSKIP("the server's disk is the server's");
     m_db->execute(QStringLiteral("INSERT INTO Konten (KontoNr, KontoJJ, KontoBezeichnung) "
                                  "VALUES ('0001', 2003, 'alt')"));
-    Schreibfehler schicht;
+    testhilfe::Schreibfehler schicht;
     auto db = Database::openSeparate(m_ort);
-    Schreibfehler::s_fehler = fehler;
+    testhilfe::Schreibfehler::s_fehler = fehler;
     const QString neu = QStringLiteral("UPDATE Konten SET KontoBezeichnung = 'neu'");
     const QString dazu = QStringLiteral("INSERT INTO Konten (KontoNr, KontoJJ) VALUES ('0002', 1)");
     QString text;
@@ -579,7 +516,7 @@ void tst_Database::datentraegerfehler()
                  t.commit();
              }),
              nummer);
-    Schreibfehler::s_fehler = SQLITE_OK;
+    testhilfe::Schreibfehler::s_fehler = SQLITE_OK;
     // Nothing half-written, and once there is room again the same connection saves.
     QCOMPARE(m_db->scalar(QStringLiteral("SELECT KontoBezeichnung FROM Konten")).toString(),
              QStringLiteral("alt"));
