@@ -9,6 +9,7 @@
 #include <QDialog>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
 
@@ -121,6 +122,10 @@ private slots:
         QCOMPARE(w->parentWidget()->objectName(), QString::fromUtf8(s.eltern));
         QCOMPARE(w->property("DataSource").toString(), s.quelle);
         QCOMPARE(w->property("DataField").toString(), s.feld);
+        // Every button and every field the user types into says in German what it does.
+        if (qobject_cast<QPushButton *>(w) || qobject_cast<QLineEdit *>(w)
+            || qobject_cast<QComboBox *>(w))
+            QVERIFY2(w->toolTip().size() > 10, s.name);
     }
 
     void datensteuerungen()

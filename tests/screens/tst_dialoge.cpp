@@ -180,6 +180,10 @@ void tst_Dialoge::fenster()
     QVERIFY(QFontMetrics(fett).horizontalAdvance(titel) + 100 <= d->width());
     for (auto *dc : d->findChildren<platform::DataControl *>())
         QVERIFY(!dc->isVisibleTo(d.get()));
+    for (QWidget *w : d->findChildren<QWidget *>()) {
+        if (qobject_cast<QPushButton *>(w) || qobject_cast<screens::InputFeld *>(w))
+            QVERIFY2(w->toolTip().size() > 10, qPrintable(w->objectName()));
+    }
 }
 
 void tst_Dialoge::tabulatorfolge_data()
