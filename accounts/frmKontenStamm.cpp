@@ -29,7 +29,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScopeGuard>
-#include <QShortcut>
 #include <QSignalBlocker>
 #include <QTabBar>
 
@@ -144,30 +143,14 @@ void frmKontenStamm::tastenkuerzelEinrichten()
 {
     auto &u = *m_ui;
     // Listed in the buttons' tool tips and in the help's chapter on the keyboard.
-    const std::pair<QKeySequence, QPushButton *> kuerzel[] = {
-        {QKeySequence(Qt::CTRL | Qt::Key_S), u.cmdKontoEinlesen},
-        {QKeySequence(Qt::CTRL | Qt::Key_N), u.cmdKontoNeueröff},
-        {QKeySequence(Qt::CTRL | Qt::Key_L), u.cmdKontoLöschen},
-        {QKeySequence(Qt::CTRL | Qt::Key_F), u.cmdKontoListe},
-        {QKeySequence(Qt::CTRL | Qt::Key_P), u.cmdPruefliste},
-        {QKeySequence(Qt::CTRL | Qt::Key_Q), u.cmdExit},
-    };
-    for (const auto &[taste, knopf] : kuerzel) {
-        auto *k = new QShortcut(taste, this);
-        k->setObjectName(knopf->objectName());
-        connect(k, &QShortcut::activated, this, [this, knopf = knopf] {
-            if (!knopf->isVisible() || !knopf->isEnabled())
-                return;
-            // As a click: the focus goes to the button first, so the field being left is
-            // checked, and a refused check keeps the button from acting.
-            if (focusWidget() != knopf) {
-                knopf->setFocus(Qt::ShortcutFocusReason);
-                if (focusWidget() != knopf)
-                    return;
-            }
-            knopf->click();
-        });
-    }
+    screens::knopfTasten(this, {
+                                   {QKeySequence(Qt::CTRL | Qt::Key_S), u.cmdKontoEinlesen},
+                                   {QKeySequence(Qt::CTRL | Qt::Key_N), u.cmdKontoNeueröff},
+                                   {QKeySequence(Qt::CTRL | Qt::Key_L), u.cmdKontoLöschen},
+                                   {QKeySequence(Qt::CTRL | Qt::Key_F), u.cmdKontoListe},
+                                   {QKeySequence(Qt::CTRL | Qt::Key_P), u.cmdPruefliste},
+                                   {QKeySequence(Qt::CTRL | Qt::Key_Q), u.cmdExit},
+                               });
 }
 
 void frmKontenStamm::titelZeigen()

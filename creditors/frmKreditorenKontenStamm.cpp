@@ -118,6 +118,14 @@ void frmKreditorenKontenStamm::verbinden()
     u.KRData->setFeldanzeige(
         [](const QString &feld, const QString &) { return regeln::feldBeschriftung(feld); },
         regeln::feldwertText);
+    // The same keys as on the account screen, named in the buttons' tool tips.
+    screens::knopfTasten(this, {
+                                   {QKeySequence(Qt::CTRL | Qt::Key_S), u.cmdKontoEinlesen},
+                                   {QKeySequence(Qt::CTRL | Qt::Key_N), u.cmdKontoNeueröff},
+                                   {QKeySequence(Qt::CTRL | Qt::Key_L), u.cmdKontoLöschen},
+                                   {QKeySequence(Qt::CTRL | Qt::Key_F), u.cmdKontoListe},
+                                   {QKeySequence(Qt::CTRL | Qt::Key_Q), u.cmdExit},
+                               });
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -9,6 +9,7 @@
 #include <QProxyStyle>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QStyleOptionButton>
 #include <QTabBar>
 
@@ -134,6 +135,24 @@ void bildschirmEinrichten(QWidget *form)
             continue;
         for (const QString &text : reiter->property("Tabs").toStringList())
             reiter->addTab(text);
+    }
+}
+
+void knopfTasten(QWidget *form, const std::vector<std::pair<QKeySequence, QPushButton *>> &tasten)
+{
+    for (const auto &[taste, knopf] : tasten) {
+        auto *k = new QShortcut(taste, form);
+        k->setObjectName(knopf->objectName());
+        QObject::connect(k, &QShortcut::activated, form, [form, knopf = knopf] {
+            if (!knopf->isVisible() || !knopf->isEnabled())
+                return;
+            if (form->focusWidget() != knopf) {
+                knopf->setFocus(Qt::ShortcutFocusReason);
+                if (form->focusWidget() != knopf)
+                    return;
+            }
+            knopf->click();
+        });
     }
 }
 

@@ -1,5 +1,11 @@
 #pragma once
 
+#include <QKeySequence>
+
+#include <utility>
+#include <vector>
+
+class QPushButton;
 class QWidget;
 
 namespace screens {
@@ -16,5 +22,9 @@ void bildschirmEinrichten(QWidget *form);
 // Opens the lists of the form's combos wide enough for their longest entry (the combos keep
 // their width on the screen). Call it again after a list was filled anew.
 void listenBreiteAnpassen(QWidget *form);
+
+// Keys for the form's main buttons, captions untouched. A key acts as a click: the focus goes to
+// the button first, so the field being left is checked, and a refused check stops the button.
+void knopfTasten(QWidget *form, const std::vector<std::pair<QKeySequence, QPushButton *>> &tasten);
 
 } // namespace screens

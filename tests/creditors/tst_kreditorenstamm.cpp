@@ -764,15 +764,18 @@ private slots:
     {
         QTest::addColumn<int>("position");
         QTest::addColumn<int>("danach");
-        QTest::newRow("mittleres") << 1 << 300;
-        QTest::newRow("letztes") << 2 << 200;
-        QTest::newRow("erstes") << 0 << 200;
+        QTest::addColumn<bool>("taste");
+        QTest::newRow("mittleres") << 1 << 300 << false;
+        QTest::newRow("letztes") << 2 << 200 << false;
+        QTest::newRow("erstes") << 0 << 200 << false;
+        QTest::newRow("mit Strg+L") << 1 << 300 << true;
     }
 
     void loeschenOhneBuchungen()
     {
         QFETCH(int, position);
         QFETCH(int, danach);
+        QFETCH(bool, taste);
         standardKonten();
         m_db->execute("INSERT INTO KreditorenSalden (KsKontoNr, KsJJ) VALUES (200, 2003)");
         oeffnen();
@@ -783,7 +786,10 @@ private slots:
         fokusAuf(ui().inpKrKontoBezeichnung);
         ui().inpKrKontoBezeichnung->clear();
         m_boxen->antworte(vbYes);
-        QTest::mouseClick(ui().cmdKontoLöschen, Qt::LeftButton);
+        if (taste)
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_L, Qt::ControlModifier);
+        else
+            QTest::mouseClick(ui().cmdKontoLöschen, Qt::LeftButton);
         QCOMPARE(texte(), QStringList {"KreditorenKontenstammsatz löschen ?"});
         QCOMPARE(m_boxen->letzter().titel, "Bitte bestätigen Sie");
         QVERIFY(gespeichert(weg, "KrKontoNr").isNull());
