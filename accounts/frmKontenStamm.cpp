@@ -155,20 +155,7 @@ void frmKontenStamm::tastenkuerzelEinrichten()
 
 void frmKontenStamm::titelZeigen()
 {
-    QString titel = m_titel;
-    const auto *rs = m_ui->KKData->recordsetDirekt();
-    if (rs && rs->RecordCount() > 0 && aktuelleZeile()) {
-        titel += QStringLiteral(" – Konto %1 von %2")
-                     .arg(rs->AbsolutePosition() + 1)
-                     .arg(rs->RecordCount());
-    }
-    if (mks::NurAnzeige && mks::SchreibrechtFehlt)
-        titel += frame::NurLesenTitel;
-    else if (mks::NurAnzeige)
-        titel += QStringLiteral(" – nur Anzeige");
-    else if (m_ui->KKData->bearbeitet())
-        titel += QStringLiteral(" *");
-    setWindowTitle(titel);
+    setWindowTitle(frame::titelMitStand(m_titel, m_ui->KKData, aktuelleZeile()));
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -77,6 +77,7 @@ frmKreditorenKontenStamm::frmKreditorenKontenStamm(QWidget *parent)
     , m_ui(std::make_unique<Ui::frmKreditorenKontenStamm>())
 {
     m_ui->setupUi(this);
+    m_titel = windowTitle();
     screens::bildschirmEinrichten(this);
     screens::bindungenHerstellen(this);
     m_fokus = new platform::Fokus(this);
@@ -118,6 +119,10 @@ void frmKreditorenKontenStamm::verbinden()
     u.KRData->setFeldanzeige(
         [](const QString &feld, const QString &) { return regeln::feldBeschriftung(feld); },
         regeln::feldwertText);
+    // The "*" in the title follows the user's edits.
+    for (QLineEdit *feld : findChildren<QLineEdit *>())
+        connect(feld, &QLineEdit::textEdited, this, &F::titelZeigen);
+    connect(u.cmbKontoTypus, &QComboBox::activated, this, &F::titelZeigen);
     // The same keys as on the account screen, named in the buttons' tool tips.
     screens::knopfTasten(this, {
                                    {QKeySequence(Qt::CTRL | Qt::Key_S), u.cmdKontoEinlesen},
@@ -177,8 +182,13 @@ void frmKreditorenKontenStamm::Form_Load()
     // The view-only call may still open accounts; a user the database lets only read cannot.
     if (mks::SchreibrechtFehlt)
         u.cmdKontoNeueröff->setEnabled(false);
-    frame::schreibrechtImTitel(this);
+    titelZeigen();
     formMerken();
+}
+
+void frmKreditorenKontenStamm::titelZeigen()
+{
+    setWindowTitle(frame::titelMitStand(m_titel, m_ui->KRData, aktuelleZeile()));
 }
 
 void frmKreditorenKontenStamm::formMerken()
@@ -300,6 +310,7 @@ void frmKreditorenKontenStamm::KRData_Reposition()
         aktuelleNrZurueck();
         KontoTypusAnzeigen();
     }
+    titelZeigen();
 }
 
 void frmKreditorenKontenStamm::KontoTypusAnzeigen()
@@ -360,6 +371,10 @@ int frmKreditorenKontenStamm::SpeichernPrüfen(platform::DataControl &, const QS
 
 bool frmKreditorenKontenStamm::eventFilter(QObject *obj, QEvent *ev)
 {
+    // A save on leaving a field, or a reload, clears the "*".
+    if (ev->type() == QEvent::FocusIn && obj->isWidgetType()
+        && static_cast<QWidget *>(obj)->window() == this)
+        titelZeigen();
     if (ev->type() != QEvent::KeyPress && ev->type() != QEvent::ShortcutOverride)
         return QDialog::eventFilter(obj, ev);
     auto *w = qobject_cast<QWidget *>(obj);

@@ -99,6 +99,7 @@ private:
 
     void verbinden();
     void formMerken();
+    void titelZeigen();
     // The combo shows `text` without selecting an entry (what the original set as its Text).
     void kombiText(const QString &text);
     bool hatZeilen() const;
@@ -108,6 +109,7 @@ private:
 
     std::unique_ptr<Ui::frmKreditorenKontenStamm> m_ui;
     platform::Fokus *m_fokus = nullptr;
+    QString m_titel; // the caption as the layout gives it (titelZeigen adds to it)
     bool m_formGemerkt = false;
 };
 

@@ -5,6 +5,8 @@
 #include "platform/core/CreateObject.h"
 #include "platform/core/RuntimeError.h"
 #include "platform/storage/Database.h"
+#include "platform/storage/Recordset.h"
+#include "platform/ui/DataControl.h"
 #include "platform/ui/MsgBox.h"
 
 #include "frame/Skalierung.h"
@@ -51,6 +53,27 @@ void schreibrechtImTitel(QWidget *bildschirm)
     if (mdlKontenStamm::SchreibrechtFehlt)
         titel += NurLesenTitel;
     bildschirm->setWindowTitle(titel);
+}
+
+QString titelMitStand(const QString &caption, const platform::DataControl *daten, bool aufZeile)
+{
+    // A caption ending in a blank keeps it when nothing follows.
+    QString titel = caption;
+    while (titel.endsWith(u' '))
+        titel.chop(1);
+    const auto *rs = daten->recordsetDirekt();
+    if (rs && rs->RecordCount() > 0 && aufZeile) {
+        titel += QStringLiteral(" – Konto %1 von %2")
+                     .arg(rs->AbsolutePosition() + 1)
+                     .arg(rs->RecordCount());
+    }
+    if (mdlKontenStamm::NurAnzeige && mdlKontenStamm::SchreibrechtFehlt)
+        titel += NurLesenTitel;
+    else if (mdlKontenStamm::NurAnzeige)
+        titel += QStringLiteral(" – nur Anzeige");
+    else if (daten->bearbeitet())
+        titel += QStringLiteral(" *");
+    return titel.size() == caption.trimmed().size() ? caption : titel;
 }
 
 QString typName(const QWidget *steuerelement)

@@ -5,6 +5,9 @@
 #include <memory>
 
 class QWidget;
+namespace platform {
+class DataControl;
+}
 namespace platform::storage {
 class Database;
 }
@@ -36,6 +39,11 @@ std::shared_ptr<platform::storage::Database> sitzungOeffnen(const QStringList &l
 // Says in the window title of `bildschirm` that the session is view-only because the database
 // lets its user only read (SchreibrechtFehlt); takes it away again otherwise.
 void schreibrechtImTitel(QWidget *bildschirm);
+// The title of a master screen: its caption, the position of the shown record in the year
+// ("Konto 17 von 314", when there is one), and "nur Anzeige" (with the reason when the database
+// refuses writing) or a "*" for edits not yet saved.
+QString titelMitStand(const QString &caption, const platform::DataControl *daten, bool aufZeile);
+
 inline const QString NurLesenTitel
     = QStringLiteral(" \u2013 nur Anzeige (keine Schreibberechtigung in der Datenbank)");
 

@@ -262,7 +262,7 @@ private slots:
         standardKonten();
         oeffnen();
         QCOMPARE(m_boxen->anzahl(), 0);
-        QCOMPARE(m_form->windowTitle(), "Kreditoren-KontenStamm ");
+        QCOMPARE(m_form->windowTitle(), "Kreditoren-KontenStamm – Konto 1 von 3");
         QCOMPARE(ui().lblBuchjahr->text(), "2003");
         QCOMPARE(ui().cmbKontoTypus->count(), 2);
         QCOMPARE(ui().cmbKontoTypus->itemText(0), "Kanzleikonto");
@@ -276,6 +276,12 @@ private slots:
         QVERIFY(ui().KRData->Connect().endsWith("pwd=kellerabteil4;"));
         QCOMPARE(ui().KbData->DatabaseName(), m_ort);
         QVERIFY(ui().cmdKontoLöschen->isEnabled());
+        // The title marks an edit until it is saved by moving on.
+        fokusAuf(ui().inpKrKontoBezeichnung);
+        QTest::keyClicks(ui().inpKrKontoBezeichnung, "x");
+        QCOMPARE(m_form->windowTitle(), "Kreditoren-KontenStamm – Konto 1 von 3 *");
+        taste(Qt::Key_PageDown);
+        QCOMPARE(m_form->windowTitle(), "Kreditoren-KontenStamm – Konto 2 von 3");
     }
 
     void leererBestandMeldetEinmalUndTastenTunNichts()
