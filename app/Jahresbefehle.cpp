@@ -3,6 +3,7 @@
 #include "accounts/Kontentexte.h"
 #include "accounts/regeln/Feldbeschriftungen.h"
 #include "accounts/regeln/Jahrespruefung.h"
+#include "app/Ausgabe.h"
 #include "jahr/Jahreswechsel.h"
 #include "jahr/KontenCsv.h"
 #include "platform/core/Geheimnisse.h"
@@ -18,18 +19,6 @@ using kontenregeln::anzahl;
 using platform::storage::Database;
 
 namespace {
-
-QTextStream &aus()
-{
-    static QTextStream s(stdout);
-    return s;
-}
-
-QTextStream &err()
-{
-    static QTextStream s(stderr);
-    return s;
-}
 
 // A progress line on the terminal (nothing when the output goes elsewhere), at most every 100 ms.
 jahr::Fortschritt fortschritt(const QString &was)

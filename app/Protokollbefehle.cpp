@@ -1,5 +1,6 @@
 #include "Protokollbefehle.h"
 
+#include "app/Ausgabe.h"
 #include "jahr/KontenCsv.h"
 #include "platform/core/RuntimeError.h"
 #include "platform/storage/Aenderungsprotokoll.h"
@@ -10,18 +11,6 @@ using platform::storage::Aenderungsprotokoll;
 using platform::storage::Database;
 
 namespace {
-
-QTextStream &aus()
-{
-    static QTextStream s(stdout);
-    return s;
-}
-
-QTextStream &err()
-{
-    static QTextStream s(stderr);
-    return s;
-}
 
 int pruefen(Database &db, const Aufruf &a)
 {

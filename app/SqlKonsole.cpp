@@ -1,5 +1,6 @@
 #include "SqlKonsole.h"
 
+#include "app/Ausgabe.h"
 #include "platform/core/Geheimnisse.h"
 #include "platform/core/RuntimeError.h"
 #include "platform/storage/Database.h"
@@ -13,18 +14,6 @@ using platform::storage::Database;
 using platform::storage::SqlCipherDatabase;
 
 namespace {
-
-QTextStream &aus()
-{
-    static QTextStream s(stdout);
-    return s;
-}
-
-QTextStream &err()
-{
-    static QTextStream s(stderr);
-    return s;
-}
 
 bool ausfuehren(Database &db, const QString &sql)
 {
