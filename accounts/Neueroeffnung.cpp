@@ -133,19 +133,7 @@ void frmKontenStamm::Neueröffnung()
             return;
         }
 
-        auto &kk = *u.KKData;
-        if (kk.recordsetDirekt()) {
-            kk.rs().Requery();
-        } else {
-            kk.setRecordSource(texte::SqlKontenDesJahres, {mks::Buchungsjahr});
-            kk.Refresh();
-        }
-        m_unterdrueckung2 = false;
-        mks::NeueroeffnungLaeuft = false;
-
-        const bool gefunden = kk.rs().FindFirst({{QStringLiteral("KontoNr"), nr}});
-        m_unterdrueckung1 = false;
-        if (!gefunden) {
+        if (!neuLesenUndFinden(nr)) {
             MsgBox(texte::nachNeueroeffnungNichtGefunden(nr6));
             return;
         }
@@ -158,10 +146,9 @@ void frmKontenStamm::Neueröffnung()
     });
 }
 
-void frmKontenStamm::vonAnderemEroeffnet(const QString &nr)
+bool frmKontenStamm::neuLesenUndFinden(const QString &nr)
 {
-    // Another user opened the number between the dialog's check and this write: his account
-    // is shown instead, as stored.
+    // The year read again, with the opened account among its rows, and moved to.
     auto &kk = *m_ui->KKData;
     if (kk.recordsetDirekt()) {
         kk.rs().Requery();
@@ -171,8 +158,16 @@ void frmKontenStamm::vonAnderemEroeffnet(const QString &nr)
     }
     m_unterdrueckung2 = false;
     mks::NeueroeffnungLaeuft = false;
-    kk.rs().FindFirst({{QStringLiteral("KontoNr"), nr}});
+    const bool gefunden = kk.rs().FindFirst({{QStringLiteral("KontoNr"), nr}});
     m_unterdrueckung1 = false;
+    return gefunden;
+}
+
+void frmKontenStamm::vonAnderemEroeffnet(const QString &nr)
+{
+    // Another user opened the number between the dialog's check and this write: his account
+    // is shown instead, as stored.
+    neuLesenUndFinden(nr);
     MsgBox(texte::vonAnderemEroeffnet(nr), platform::vbOKOnly | platform::vbInformation,
            texte::TitelNichtEroeffnet);
     aktuelleNrZurueck();

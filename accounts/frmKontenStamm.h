@@ -66,6 +66,7 @@ public:
     void KontendatenÜbernehmenCheck();
     // The number `nr` was opened by another user just before this opening wrote it: says so
     // and shows that account.
+    bool neuLesenUndFinden(const QString &nr);
     void vonAnderemEroeffnet(const QString &nr);
 
     // --- allocation key 0 (Schluessel0.cpp) ---

@@ -799,25 +799,31 @@ void Recordset::neueZeileSpeichern()
     abgleichen();
 }
 
-void Recordset::geaenderteZeileSpeichern()
+QString Recordset::zuweisungenDer(const QStringList &geaendert, QVariantList &params) const
 {
-    const QStringList geaendert = geaenderteFelder();
-    if (geaendert.isEmpty())
-        return;
+    // "Spalte = ?" for each changed column of the table, its new value appended to params.
     const QStringList &namen = m_zeilen->namen();
     QStringList zuweisungen;
-    QVariantList params;
     for (int i = 0; i < m_zeilen->spaltenAnzahl(); ++i) {
         if (!geaendert.contains(namen[i]) || !m_zeilen->tabellenSpalte[size_t(i)])
             continue;
         zuweisungen.append(namen[i] + QStringLiteral(" = ?"));
         params.append(m_zustand->werte[i]);
     }
+    return zuweisungen.join(QStringLiteral(", "));
+}
+
+void Recordset::geaenderteZeileSpeichern()
+{
+    const QStringList geaendert = geaenderteFelder();
+    if (geaendert.isEmpty())
+        return;
+    QVariantList params;
+    const QString zuweisungen = zuweisungenDer(geaendert, params);
     if (zuweisungen.isEmpty())
         return;
     const QString sql = QStringLiteral("UPDATE ") + m_tabelleSql + QStringLiteral(" SET ")
-        + zuweisungen.join(QStringLiteral(", ")) + QStringLiteral(" WHERE ")
-        + zeilenBedingung(m_zustand->gelesen, params);
+        + zuweisungen + QStringLiteral(" WHERE ") + zeilenBedingung(m_zustand->gelesen, params);
     m_fremdGeaendert.clear();
     if (m_db->execute(sql, params) == 0 && !zusammenfuehren(geaendert))
         RuntimeError::ausloesen(fehlernummer::DatensatzGeaendert);
@@ -858,17 +864,11 @@ bool Recordset::zusammenfuehren(const QStringList &geaendert)
             fremd.cbegin(), fremd.cend(), [&](const QString &f) { return geaendert.contains(f); });
         if (fremd.isEmpty() || ueberschneidung)
             return false;
-        QStringList zuweisungen;
         QVariantList params;
-        for (int i = 0; i < m_zeilen->spaltenAnzahl(); ++i) {
-            if (!geaendert.contains(namen[i]) || !m_zeilen->tabellenSpalte[size_t(i)])
-                continue;
-            zuweisungen.append(namen[i] + QStringLiteral(" = ?"));
-            params.append(m_zustand->werte[i]);
-        }
+        // The values of the assignments come before those of the condition.
+        const QString zuweisungen = zuweisungenDer(geaendert, params);
         const QString sql = QStringLiteral("UPDATE ") + m_tabelleSql + QStringLiteral(" SET ")
-            + zuweisungen.join(QStringLiteral(", ")) + QStringLiteral(" WHERE ")
-            + zeilenBedingung(gespeichert, params);
+            + zuweisungen + QStringLiteral(" WHERE ") + zeilenBedingung(gespeichert, params);
         if (m_db->execute(sql, params) > 0) {
             m_fremdGeaendert = fremd;
             return true;

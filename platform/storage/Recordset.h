@@ -161,6 +161,7 @@ private:
     void suchen(const std::vector<Kriterium> &kriterien, int ab);
     void neueZeileSpeichern();
     void geaenderteZeileSpeichern();
+    QString zuweisungenDer(const QStringList &geaendert, QVariantList &params) const;
 
     std::shared_ptr<Database> m_db;
     QString m_sql;
