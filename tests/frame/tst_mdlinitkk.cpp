@@ -97,17 +97,11 @@ class TestMdlInitKK : public QObject
     Q_OBJECT
 
 private slots:
-    void anfangswerteInDerReihenfolge()
+    void anfangswerteDesKatalogs()
     {
-        const auto &werte = mdlInitKK::kontoAnfangswerte();
-        QCOMPARE(werte.size(), std::size_t(51));
-        QCOMPARE(werte.front().feld, QStringLiteral("KontoBezeichnung"));
-        QCOMPARE(werte[28].feld, QStringLiteral("KontozusatzdatenJN"));
-        QCOMPARE(werte[11].feld, QStringLiteral("KontoVSTKuerz"));
-        QCOMPARE(werte[48].feld, QStringLiteral("KontoVSTKuerz"));
-        QCOMPARE(werte.back().feld, QStringLiteral("KontoEstgPflichtig"));
         // Every write names a column of the catalogue and writes its initial value, and
         // every data column is written.
+        const auto &werte = mdlInitKK::kontoAnfangswerte();
         const Tabelle &t = *tabelle(kontenstamm);
         QSet<QString> geschrieben;
         for (const auto &f : werte) {
