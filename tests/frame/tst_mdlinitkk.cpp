@@ -116,8 +116,7 @@ private slots:
     void neuerDatensatz()
     {
         Berichtsrekorder rekorder;
-        auto db = Database::open(testhilfe::neueDatenbank());
-        platform::storage::schemaAnlegen(*db);
+        auto db = testhilfe::neueDatenbankMitSchema();
         kontoAnlegen(db, QStringLiteral("0001"));
         QVERIFY(rekorder.berichte.empty());
         const auto werte = gespeichert(*db, QStringLiteral("0001"));
@@ -130,8 +129,7 @@ private slots:
     void bestehenderDatensatzWirdZurueckgesetzt()
     {
         Berichtsrekorder rekorder;
-        auto db = Database::open(testhilfe::neueDatenbank());
-        platform::storage::schemaAnlegen(*db);
+        auto db = testhilfe::neueDatenbankMitSchema();
         db->execute(QStringLiteral("INSERT INTO ObjKanzleiKontenstamm (KontoNr, KontoJJ, "
                                    "KontoBezeichnung, KontoUstProz, KontoAbrUstProz, "
                                    "KontoPVAZusatz) VALUES ('2800', 2025, 'Bank', 20, 99, 0)"));

@@ -23,17 +23,9 @@ private:
     std::shared_ptr<Database> m_db;
     QTemporaryDir m_dir;
 
-    void konto(const QString &nr, const QString &name, int jahr = 2024,
-               const QString &zuweisung = {})
+    void konto(const QString &nr, const QString &name, int jahr = 2024, const QString &z = {})
     {
-        m_db->execute("INSERT INTO ObjKanzleiKontenstamm (KontoNr, KontoJJ, KontoBezeichnung, "
-                      "KontoAbrUstProz) VALUES (?, ?, ?, 100)",
-                      {nr, jahr, name});
-        if (!zuweisung.isEmpty()) {
-            m_db->execute("UPDATE ObjKanzleiKontenstamm SET " + zuweisung
-                              + " WHERE KontoNr = ? AND KontoJJ = ?",
-                          {nr, jahr});
-        }
+        testhilfe::konto(*m_db, nr, name, jahr, z);
     }
     qlonglong anzahl(int jahr)
     {
@@ -42,12 +34,7 @@ private:
     }
     QString datei(const QString &name, const QByteArray &inhalt)
     {
-        const QString pfad = m_dir.filePath(name);
-        QFile f(pfad);
-        if (!f.open(QIODevice::WriteOnly))
-            qFatal("Testdatei nicht schreibbar");
-        f.write(inhalt);
-        return pfad;
+        return testhilfe::datei(m_dir.path(), name, inhalt);
     }
     // Every column of the year's accounts except the year, as text, in account order.
     QStringList inhalt(int jahr)

@@ -58,11 +58,7 @@ private:
     }
     void konto(const QString &nr, const QString &name, int jahr = 2024, const QString &zus = {})
     {
-        m_db->execute("INSERT INTO ObjKanzleiKontenstamm (KontoNr, KontoJJ, KontoBezeichnung) "
-                      "VALUES (?, ?, ?)",
-                      {nr, jahr, name});
-        if (!zus.isEmpty())
-            m_db->execute("UPDATE ObjKanzleiKontenstamm SET " + zus + " WHERE KontoNr = ?", {nr});
+        testhilfe::konto(*m_db, nr, name, jahr, zus);
     }
     qlonglong zeilen(const QString &tabelle)
     {
