@@ -1,5 +1,6 @@
 // The demo database and the year generator: their contents, and that every reference points to
 // an existing row, on both engines.
+#include "accounts/regeln/Jahrespruefung.h"
 #include "common/TestDatenbank.h"
 #include "jahr/Demodaten.h"
 #include "platform/core/RuntimeError.h"
@@ -11,132 +12,31 @@ using namespace platform::storage;
 
 namespace {
 
-struct Pruefung
-{
-    const char *name;
-    const char *sql; // counts the offending rows
+// The rows beside the accounts point to existing rows (each query counts the offending ones).
+const char *const verweise[] = {
+    "SELECT COUNT(*) FROM ObjKanzleiSalden s WHERE NOT EXISTS (SELECT 1 FROM "
+    "ObjKanzleiKontenstamm k WHERE k.KontoNr = s.SSKontoNr AND k.KontoJJ = s.SSJJ)",
+    "SELECT COUNT(*) FROM KreditorenBuchungen b WHERE NOT EXISTS (SELECT 1 FROM "
+    "KreditorenKontenstamm k WHERE k.KrKontoNr = b.KbKontoNr)",
+    "SELECT COUNT(*) FROM KreditorenBuchungen b WHERE NOT EXISTS (SELECT 1 "
+    "FROM ObjKanzleiKontenstamm k WHERE k.KontoNr = b.KbSachKontoNr AND k.KontoJJ = b.KbJJ)",
+    "SELECT COUNT(*) FROM KreditorenBuchungen b JOIN KreditorenKontenstamm k "
+    "ON k.KrKontoNr = b.KbKontoNr WHERE (k.KrKontoTypus = '0') <> (b.KbObjNr = 0)",
+    "SELECT COUNT(*) FROM KreditorenSalden s WHERE NOT EXISTS (SELECT 1 FROM "
+    "KreditorenKontenstamm k WHERE k.KrKontoNr = s.KsKontoNr)",
+    "SELECT COUNT(*) FROM AbrPosBkBlöcke b WHERE NOT EXISTS (SELECT 1 "
+    "FROM AllgSchluesselDaten s WHERE s.SchlNummer = b.BkBlockSchlPos)",
+    "SELECT COUNT(*) FROM AbrPosBkAbr a WHERE NOT EXISTS (SELECT 1 FROM "
+    "AbrPosBkAbr h WHERE h.AbrPosBkPos2 = 0 AND h.AbrPosBkPos1 = a.AbrPosBkPos1)",
 };
 
-// Every reference of an account, balance row and posting.
-const Pruefung verweise[] = {
-    {"UstKonto",
-     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k WHERE k.KontoUstKtoNr <> '' "
-     "AND NOT EXISTS (SELECT 1 FROM ObjKanzleiKontenstamm u "
-     "WHERE u.KontoNr = k.KontoUstKtoNr AND u.KontoJJ = k.KontoJJ)"},
-    {"SbkGuv",
-     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k WHERE k.KontoSbkGuvKontoNr <> '' "
-     "AND NOT EXISTS (SELECT 1 FROM ObjKanzleiKontenstamm u "
-     "WHERE u.KontoNr = k.KontoSbkGuvKontoNr AND u.KontoJJ = k.KontoJJ)"},
-    {"Ebk",
-     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k WHERE k.KontoEbkKontoNr <> '' "
-     "AND NOT EXISTS (SELECT 1 FROM ObjKanzleiKontenstamm u "
-     "WHERE u.KontoNr = k.KontoEbkKontoNr AND u.KontoJJ = k.KontoJJ)"},
-    {"BilanzPos",
-     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k WHERE k.KontoBilPosAktPass <> 0 "
-     "AND NOT EXISTS (SELECT 1 FROM BilanzPos b WHERE "
-     "b.BilPosAktPass = k.KontoBilPosAktPass AND b.BilPosABC = k.KontoBilPosABC "
-     "AND b.BilPosRöm = k.KontoBilPosRöm AND b.BilPosArab = k.KontoBilPosArab "
-     "AND b.BilPosABCklein = k.KontoBilPosABCklein)"},
-    {"ZL7",
-     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k "
-     "WHERE (k.KontoPos1 <> 0 OR k.KontoPos2 <> 0 OR k.KontoPos3 <> 0) "
-     "AND NOT EXISTS (SELECT 1 FROM BilanzPosZL7 z WHERE z.BilZl7Pos1 = k.KontoPos1 "
-     "AND z.BilZl7Pos2 = k.KontoPos2 AND z.BilZl7Pos3 = k.KontoPos3)"},
-    {"ÖNORM",
-     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k "
-     "WHERE (k.KontoÖNORMAbrPos_I_II_III <> 0 OR k.KontoÖNORMAbrPos_ABC <> 0) "
-     "AND NOT EXISTS (SELECT 1 FROM AbrPosBkAbr a WHERE a.AbrPosBkPos2 > 0 "
-     "AND a.AbrPosBkPos1 = k.KontoÖNORMAbrPos_I_II_III "
-     "AND a.AbrPosBkPos2 = k.KontoÖNORMAbrPos_ABC)"},
-    {"BkBlock",
-     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k WHERE k.KontoBkBlockPos <> 0 "
-     "AND NOT EXISTS (SELECT 1 FROM AbrPosBkBlöcke b "
-     "WHERE b.BkBlockPos = k.KontoBkBlockPos)"},
-    {"ÖNORMBlock",
-     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k "
-     "WHERE k.KontoÖNORMAbrBlockPos <> 0 AND NOT EXISTS (SELECT 1 FROM "
-     "AbrPosBkBlöcke b WHERE b.BkBlockPos = k.KontoÖNORMAbrBlockPos)"},
-    {"Schlüssel",
-     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k WHERE NOT EXISTS (SELECT 1 "
-     "FROM AllgSchluesselDaten s WHERE s.SchlNummer = k.KontoAbrSchlPos)"},
-    {"BlockSchlüssel",
-     "SELECT COUNT(*) FROM AbrPosBkBlöcke b WHERE NOT EXISTS (SELECT 1 "
-     "FROM AllgSchluesselDaten s WHERE s.SchlNummer = b.BkBlockSchlPos)"},
-    {"Überschrift",
-     "SELECT COUNT(*) FROM AbrPosBkAbr a WHERE NOT EXISTS (SELECT 1 FROM "
-     "AbrPosBkAbr h WHERE h.AbrPosBkPos2 = 0 AND h.AbrPosBkPos1 = a.AbrPosBkPos1)"},
-    {"Salden",
-     "SELECT COUNT(*) FROM ObjKanzleiSalden s WHERE NOT EXISTS (SELECT 1 FROM "
-     "ObjKanzleiKontenstamm k WHERE k.KontoNr = s.SSKontoNr AND k.KontoJJ = s.SSJJ)"},
-    {"KrBuchung",
-     "SELECT COUNT(*) FROM KreditorenBuchungen b WHERE NOT EXISTS (SELECT 1 FROM "
-     "KreditorenKontenstamm k WHERE k.KrKontoNr = b.KbKontoNr)"},
-    {"KrSachkonto",
-     "SELECT COUNT(*) FROM KreditorenBuchungen b WHERE NOT EXISTS (SELECT 1 "
-     "FROM ObjKanzleiKontenstamm k WHERE k.KontoNr = b.KbSachKontoNr "
-     "AND k.KontoJJ = b.KbJJ)"},
-    {"KrObjekt",
-     "SELECT COUNT(*) FROM KreditorenBuchungen b JOIN KreditorenKontenstamm k "
-     "ON k.KrKontoNr = b.KbKontoNr WHERE (k.KrKontoTypus = '0') <> (b.KbObjNr = 0)"},
-    {"KrSalden",
-     "SELECT COUNT(*) FROM KreditorenSalden s WHERE NOT EXISTS (SELECT 1 FROM "
-     "KreditorenKontenstamm k WHERE k.KrKontoNr = s.KsKontoNr)"},
-};
-
-// The rules the account screen enforces before saving, and the code lists of the combos.
-const Pruefung regeln[] = {
-    {"Bezeichnung", "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoBezeichnung = ''"},
-    {"Nummernform",
-     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE length(KontoNr) < 4 "
-     "OR length(KontoNr) > 6"},
-    {"UstQuer",
-     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoUstProz NOT IN (0, 100) "
-     "AND KontoUstKtoNr = '' AND KontoVoranmPos <> 90"},
-    {"BkAbr",
-     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoBkENAbrDef <> 0 AND "
-     "(KontoBkBlockPos = 0 OR KontoBkEinnAusgPos = 0 OR KontoAbrUstProz = 100)"},
-    {"ÖNORMAbr",
-     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoÖNORMAbrPos_ABC <> 0 "
-     "AND (KontoBkBlockPos = 0 OR KontoAbrUstProz = 100)"},
-    {"HeAbr",
-     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoHeEinnAusgPos = 0 AND "
-     "KontoHeAbrVerdichtKz <> 0"},
-    {"Typus", "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoTypus NOT IN (0, 1, 2)"},
-    {"UstProz",
-     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm "
-     "WHERE KontoUstProz NOT IN (100, 0, 10, 20, 7, 19, 12, 13, 5)"},
-    {"AbrUstProz",
-     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoAbrUstProz NOT IN "
-     "(100, 99, 98, 900, 910, 920, 0, 10, 20, 89, 88, 7, 19)"},
-    {"Voranm",
-     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoVoranmPos NOT IN (0, 5, "
-     "1, 21, 11, 12, 15, 17, 18, 19, 16, 20, 22, 29, 25, 35, 37, 52, 38, 56, 57, 48, "
-     "44, 71, 72, 73, 75, 88, 76, 77, 60, 61, 83, 65, 66, 82, 87, 64, 62, 63, 67, "
-     "90, 27, 28, 32, 89, 6, 7, 8, 96, 97, 98, 99, 9, 10)"},
-    {"Codes",
-     "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoBkENAbrDef > 2 "
-     "OR KontoBkEinnAusgPos > 4 OR KontoEstgPflichtig > 1 OR KontoBkAbrVerdichtKz > 5 "
-     "OR KontoHeEinnAusgPos > 2 OR KontoHeAbrVerdichtKz > 5 OR KontoHmzresPos > 7 "
-     "OR KontoHmzresVerdichtKz > 2 OR KontoBeiblPos > 10 OR KontoBeiblVerdichtKz > 2 "
-     "OR KontoAbschlArt > 5 OR KontoPVAKz > 5 OR KontoZusatzDatenJN > 1 "
-     "OR KontoÖNORMAbrKontenArt > 1 OR KontoPVAZusatz NOT IN (-1, 0)"},
-};
-
-QStringList verletzt(Database &db, const Pruefung *anfang, const Pruefung *ende)
+// Every account of `jahr` passes the screen's checks (the whole-year check of "pruefen").
+QStringList befunde(Database &db, int jahr)
 {
     QStringList fehler;
-    for (const Pruefung *p = anfang; p != ende; ++p) {
-        const qint64 n = db.scalar(QString::fromUtf8(p->sql)).toLongLong();
-        if (n != 0)
-            fehler << QStringLiteral("%1: %2").arg(QString::fromUtf8(p->name)).arg(n);
-    }
+    for (const kontenregeln::Kontobefund &b : kontenregeln::jahrPruefen(db, jahr))
+        fehler << b.kontoNr + QStringLiteral(": ") + b.meldung;
     return fehler;
-}
-
-QStringList alleVerletzungen(Database &db)
-{
-    return verletzt(db, std::begin(verweise), std::end(verweise))
-        + verletzt(db, std::begin(regeln), std::end(regeln));
 }
 
 qint64 anzahl(Database &db, const QString &sql, const QVariantList &params = {})
@@ -161,7 +61,12 @@ private slots:
     void demoIstStimmig()
     {
         auto db = demo();
-        QStringList fehler = alleVerletzungen(*db);
+        QStringList fehler
+            = befunde(*db, jahr::demoErstesJahr) + befunde(*db, jahr::demoLetztesJahr);
+        for (const char *sql : verweise) {
+            if (anzahl(*db, QString::fromUtf8(sql)) != 0)
+                fehler << QString::fromUtf8(sql);
+        }
         // Texts fit their columns (PostgreSQL refuses longer ones, the embedded engine not).
         for (const Tabelle &t : schemaKatalog()) {
             for (const Spalte &s : t.spalten) {
@@ -233,8 +138,7 @@ private slots:
         zeile("Rechnungsbeträge", "SELECT SUM(KbBetrag) FROM KreditorenBuchungen", "1762785.42");
         zeile("Objekte der Rechnungen", "SELECT SUM(KbObjNr) FROM KreditorenBuchungen", "2403");
         zeile("Kreditorensalden-Summen",
-              "SELECT SUM(KsSaldoVortrag) + SUM(KsSollSumme) FROM KreditorenSalden",
-              "1544365.86");
+              "SELECT SUM(KsSaldoVortrag) + SUM(KsSollSumme) FROM KreditorenSalden", "1544365.86");
         // Deletable accounts and creditors (nothing booked) exist beside booked ones.
         zeile("Konten ohne Salden",
               "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k WHERE NOT EXISTS (SELECT 1 FROM "
@@ -244,15 +148,17 @@ private slots:
               "SELECT COUNT(*) FROM KreditorenKontenstamm k WHERE NOT EXISTS (SELECT 1 FROM "
               "KreditorenBuchungen b WHERE b.KbKontoNr = k.KrKontoNr)",
               "2");
-        zeile("999998", "SELECT KontoBezeichnung FROM ObjKanzleiKontenstamm WHERE KontoNr = "
-                        "'999998' AND KontoJJ = 2026",
+        zeile("999998",
+              "SELECT KontoBezeichnung FROM ObjKanzleiKontenstamm WHERE KontoNr = "
+              "'999998' AND KontoJJ = 2026",
               "Internes Verrechnungskonto");
         zeile("Vornullen", "SELECT COUNT(*) FROM ObjKanzleiKontenstamm WHERE KontoNr = '0010'",
               "2");
         zeile("Schlüssel 0", "SELECT SchlLangBezeich FROM AllgSchluesselDaten WHERE SchlNummer = 0",
               "keine Definition");
-        zeile("Umlaute", "SELECT KontoAnmerkung1 FROM ObjKanzleiKontenstamm WHERE KontoNr = '69800' "
-                         "AND KontoJJ = 2025",
+        zeile("Umlaute",
+              "SELECT KontoAnmerkung1 FROM ObjKanzleiKontenstamm WHERE KontoNr = '69800' "
+              "AND KontoJJ = 2025",
               "Mödling, Enzersdorfer Straße 9");
         // The accounts came in through the import, each one logged as such.
         zeile("über den Import",
@@ -321,7 +227,15 @@ private slots:
                           QStringLiteral("SELECT COUNT(*) FROM ObjKanzleiKontenstamm "
                                          "WHERE KontoNr = '999998'")),
                  qint64(anzahl > 0 ? 1 : 0));
-        const QStringList fehler = alleVerletzungen(*db);
+        // References stay inside their property (the properties' names differ).
+        QCOMPARE(::anzahl(*db,
+                          QStringLiteral(
+                              "SELECT COUNT(*) FROM ObjKanzleiKontenstamm k JOIN "
+                              "ObjKanzleiKontenstamm u ON u.KontoJJ = k.KontoJJ AND "
+                              "u.KontoNr IN (k.KontoUstKtoNr, k.KontoSbkGuvKontoNr, "
+                              "k.KontoEbkKontoNr) WHERE u.KontoAnmerkung1 <> k.KontoAnmerkung1")),
+                 qint64(0));
+        const QStringList fehler = befunde(*db, 2030);
         QVERIFY2(fehler.isEmpty(), qPrintable(fehler.join(QStringLiteral("; "))));
         // A second year beside it reuses the masters; the same year again is refused whole.
         jahr::jahrErzeugen(*db, 2031, 50);
@@ -329,7 +243,7 @@ private slots:
                           QStringLiteral("SELECT COUNT(*) FROM ObjKanzleiKontenstamm "
                                          "WHERE KontoJJ = 2031")),
                  qint64(50));
-        QVERIFY(alleVerletzungen(*db).isEmpty());
+        QVERIFY(befunde(*db, 2031).isEmpty());
         try {
             jahr::jahrErzeugen(*db, 2031, 60);
             QFAIL("doppeltes Jahr angenommen");
