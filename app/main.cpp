@@ -5,7 +5,7 @@
 #include "Protokollbefehle.h"
 #include "SqlKonsole.h"
 #include "component/zelKontenStamm.h"
-#include "frame/Demodaten.h"
+#include "jahr/Demodaten.h"
 #include "platform/core/Geheimnisse.h"
 #include "platform/core/RuntimeError.h"
 #include "platform/storage/Database.h"
@@ -41,7 +41,7 @@ std::shared_ptr<Database> neueDatenbank(const QString &ort, bool mitDemodaten)
 {
     auto db = Database::istPostgresUri(ort) ? Database::open(ort) : Database::create(ort);
     if (mitDemodaten)
-        frame::demoDatenbankAnlegen(*db);
+        jahr::demoDatenbankAnlegen(*db);
     else
         platform::storage::schemaAnlegen(*db);
     return db;
@@ -118,7 +118,7 @@ int main(int argc, char **argv)
         }
         try {
             auto db = neueDatenbank(a.datenbank, a.art == Aufruf::Art::Demo);
-            QTextStream(stdout) << frame::zusammenfassung(*db) << '\n';
+            QTextStream(stdout) << jahr::zusammenfassung(*db) << '\n';
         } catch (const RuntimeError &e) {
             fehlerAusgeben(e);
             return 2;

@@ -1,7 +1,7 @@
 // Renders the screens of the component to PNG files without a display, for the README and for
 // checking the layouts by eye: kontenstamm-screenshots ZIELORDNER
 #include "accounts/frmKontenStamm.h"
-#include "frame/Demodaten.h"
+#include "jahr/Demodaten.h"
 #include "frame/Hilfedokument.h"
 #include "frame/Hilfefenster.h"
 #include "frame/mdlKontenStamm.h"
@@ -86,12 +86,12 @@ void kontenstammMitKonto()
 {
     QTemporaryDir ordner;
     const QString pfad = ordner.filePath(QStringLiteral("demo.zdb"));
-    frame::demoDatenbankAnlegen(*platform::storage::Database::create(pfad));
+    jahr::demoDatenbankAnlegen(*platform::storage::Database::create(pfad));
     namespace mks = mdlKontenStamm;
     mks::zuruecksetzen();
     mks::DatenbankPfad = pfad;
-    mks::Buchungsjahr = frame::demoLetztesJahr;
-    mks::VerarbeitungsBuchungsjahr = frame::demoLetztesJahr;
+    mks::Buchungsjahr = jahr::demoLetztesJahr;
+    mks::VerarbeitungsBuchungsjahr = jahr::demoLetztesJahr;
     mks::AktuellesProgramm = QStringLiteral("frmKontenStamm");
     mks::AufrufInfo[mks::slot::Hilfedatei] = QStringLiteral(ZEP_HILFE_QUELLE);
     frmKontenStamm form;

@@ -1,6 +1,6 @@
 #include "Benchdaten.h"
 
-#include "frame/Demodaten.h"
+#include "jahr/Demodaten.h"
 #include "platform/storage/Schema.h"
 
 #include <QDir>
@@ -151,7 +151,7 @@ void erzeugen(const QString &ort, Engine e, int konten)
     uhr.start();
     auto db = Database::openSeparate(ort);
     const int vorlage = std::min(konten, Vorlage);
-    frame::jahrErzeugen(*db, Jahr, vorlage);
+    jahr::jahrErzeugen(*db, Jahr, vorlage);
     {
         Transaktion tx(*db);
         if (konten > vorlage)

@@ -8,7 +8,7 @@
 // format and in the old one (compatibility mode: the file is held open meanwhile, so it is not
 // moved), and a bare scan of 5,000 accounts in the old format.
 #include "Benchdaten.h"
-#include "frame/Demodaten.h"
+#include "jahr/Demodaten.h"
 #include "platform/storage/Recordset.h"
 #include "platform/storage/SqlCipherDatabase.h"
 
@@ -212,7 +212,7 @@ int main(int argc, char **argv)
     QString version;
     try {
         altHalten = SqlCipherDatabase::anlegen(alt.ort, DBPasswort, SqlCipherDatabase::Format::Alt);
-        frame::jahrErzeugen(*altHalten, bd::Jahr, alt.konten);
+        jahr::jahrErzeugen(*altHalten, bd::Jahr, alt.konten);
         for (const Engine e : bd::engines()) {
             for (const int n : bd::groessen())
                 faelle.push_back({e, n, bd::datenbank(e, n)});

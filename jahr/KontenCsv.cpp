@@ -13,6 +13,7 @@
 #include <QHash>
 #include <QSaveFile>
 #include <QStringDecoder>
+#include <optional>
 
 namespace jahr {
 
@@ -314,14 +315,18 @@ ImportErgebnis importieren(Database &db, int jahr, const QString &datei, bool pr
     if (!ergebnis.fehler.empty() || probelauf)
         return ergebnis;
 
-    platform::storage::Transaktion t(db);
+    // Inside a caller's transaction (the demo database is made in one) the accounts join it.
+    std::optional<platform::storage::Transaktion> t;
+    if (!db.inTransaction())
+        t.emplace(db);
     kontenEinfuegen(
         db, spaltenIndex->namen(), n, [&](qint64 i) { return konten.zeile(int(i)); },
         [&](qint64 erledigt) {
             if (fortschritt)
                 fortschritt(erledigt, n);
         });
-    t.commit();
+    if (t)
+        t->commit();
     ergebnis.geschrieben = true;
     return ergebnis;
 }

@@ -1,8 +1,10 @@
 #include "TestDatenbank.h"
 
 #include "platform/core/RuntimeError.h"
+#include "platform/storage/Schema.h"
 
 #include <QDir>
+#include <QFile>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <cstdio>
@@ -80,6 +82,34 @@ QString neueDatenbank(Engine e)
 QString neueDatenbank()
 {
     return neueDatenbank(g_engine);
+}
+
+std::shared_ptr<Database> neueDatenbankMitSchema()
+{
+    auto db = Database::open(neueDatenbank());
+    platform::storage::schemaAnlegen(*db);
+    return db;
+}
+
+void konto(Database &db, const QString &nr, const QString &name, int jahr, const QString &zuweisung)
+{
+    db.execute(QStringLiteral("INSERT INTO ObjKanzleiKontenstamm (KontoNr, KontoJJ, "
+                              "KontoBezeichnung) VALUES (?, ?, ?)"),
+               {nr, jahr, name});
+    if (!zuweisung.isEmpty()) {
+        db.execute(QStringLiteral("UPDATE ObjKanzleiKontenstamm SET ") + zuweisung
+                       + QStringLiteral(" WHERE KontoNr = ? AND KontoJJ = ?"),
+                   {nr, jahr});
+    }
+}
+
+QString datei(const QString &ordner, const QString &name, const QByteArray &inhalt)
+{
+    const QString pfad = QDir(ordner).filePath(name);
+    QFile f(pfad);
+    if (!f.open(QIODevice::WriteOnly) || f.write(inhalt) != inhalt.size())
+        qFatal("Testdatei %s nicht schreibbar", qPrintable(pfad));
+    return pfad;
 }
 
 Engine aktuelleEngine()

@@ -29,6 +29,17 @@ QString engineName(Engine e);
 // Drops the PostgreSQL databases made by neueDatenbank (best effort).
 void dropAll();
 
+// A new database of the current engine with every table of the catalogue, opened.
+std::shared_ptr<platform::storage::Database> neueDatenbankMitSchema();
+
+// Adds account `nr` of `jahr` with the initial values of its columns, then applies
+// `zuweisung` ("KontoTypus = 2, KontoUstKtoNr = '1000'") to it.
+void konto(platform::storage::Database &db, const QString &nr, const QString &name, int jahr,
+           const QString &zuweisung = {});
+
+// Writes `inhalt` to the file `name` in the folder `ordner`; its path.
+QString datei(const QString &ordner, const QString &name, const QByteArray &inhalt);
+
 // Runs the test object made by `erzeugen` once per engine; non-zero if any run failed.
 int fuerAlleEngines(int argc, char **argv,
                     const std::function<std::unique_ptr<QObject>()> &erzeugen);

@@ -97,17 +97,11 @@ class TestMdlInitKK : public QObject
     Q_OBJECT
 
 private slots:
-    void anfangswerteInDerReihenfolge()
+    void anfangswerteDesKatalogs()
     {
-        const auto &werte = mdlInitKK::kontoAnfangswerte();
-        QCOMPARE(werte.size(), std::size_t(51));
-        QCOMPARE(werte.front().feld, QStringLiteral("KontoBezeichnung"));
-        QCOMPARE(werte[28].feld, QStringLiteral("KontozusatzdatenJN"));
-        QCOMPARE(werte[11].feld, QStringLiteral("KontoVSTKuerz"));
-        QCOMPARE(werte[48].feld, QStringLiteral("KontoVSTKuerz"));
-        QCOMPARE(werte.back().feld, QStringLiteral("KontoEstgPflichtig"));
         // Every write names a column of the catalogue and writes its initial value, and
         // every data column is written.
+        const auto &werte = mdlInitKK::kontoAnfangswerte();
         const Tabelle &t = *tabelle(kontenstamm);
         QSet<QString> geschrieben;
         for (const auto &f : werte) {
@@ -122,8 +116,7 @@ private slots:
     void neuerDatensatz()
     {
         Berichtsrekorder rekorder;
-        auto db = Database::open(testhilfe::neueDatenbank());
-        platform::storage::schemaAnlegen(*db);
+        auto db = testhilfe::neueDatenbankMitSchema();
         kontoAnlegen(db, QStringLiteral("0001"));
         QVERIFY(rekorder.berichte.empty());
         const auto werte = gespeichert(*db, QStringLiteral("0001"));
@@ -136,8 +129,7 @@ private slots:
     void bestehenderDatensatzWirdZurueckgesetzt()
     {
         Berichtsrekorder rekorder;
-        auto db = Database::open(testhilfe::neueDatenbank());
-        platform::storage::schemaAnlegen(*db);
+        auto db = testhilfe::neueDatenbankMitSchema();
         db->execute(QStringLiteral("INSERT INTO ObjKanzleiKontenstamm (KontoNr, KontoJJ, "
                                    "KontoBezeichnung, KontoUstProz, KontoAbrUstProz, "
                                    "KontoPVAZusatz) VALUES ('2800', 2025, 'Bank', 20, 99, 0)"));

@@ -23,17 +23,9 @@ private:
     std::shared_ptr<Database> m_db;
     QTemporaryDir m_dir;
 
-    void konto(const QString &nr, const QString &name, int jahr = 2024,
-               const QString &zuweisung = {})
+    void konto(const QString &nr, const QString &name, int jahr = 2024, const QString &z = {})
     {
-        m_db->execute("INSERT INTO ObjKanzleiKontenstamm (KontoNr, KontoJJ, KontoBezeichnung, "
-                      "KontoAbrUstProz) VALUES (?, ?, ?, 100)",
-                      {nr, jahr, name});
-        if (!zuweisung.isEmpty()) {
-            m_db->execute("UPDATE ObjKanzleiKontenstamm SET " + zuweisung
-                              + " WHERE KontoNr = ? AND KontoJJ = ?",
-                          {nr, jahr});
-        }
+        testhilfe::konto(*m_db, nr, name, jahr, z);
     }
     qlonglong anzahl(int jahr)
     {
@@ -42,12 +34,7 @@ private:
     }
     QString datei(const QString &name, const QByteArray &inhalt)
     {
-        const QString pfad = m_dir.filePath(name);
-        QFile f(pfad);
-        if (!f.open(QIODevice::WriteOnly))
-            qFatal("Testdatei nicht schreibbar");
-        f.write(inhalt);
-        return pfad;
+        return testhilfe::datei(m_dir.path(), name, inhalt);
     }
     // Every column of the year's accounts except the year, as text, in account order.
     QStringList inhalt(int jahr)
@@ -127,50 +114,42 @@ private slots:
         QTest::addColumn<QString>("meldungAnfang"); // "" = no finding
         QTest::addColumn<int>("seite");
         QTest::addColumn<QString>("feld");
-        QTest::newRow("gueltig") << "KontoUstProz = 100"
-                                 << "" << 0 << "";
-        QTest::newRow("ust ohne konto")
-            << "KontoUstProz = 10"
-            << "Da ein UstProzentsatz definiert wurde" << 1 << "inpKontoUstKtoNr";
-        QTest::newRow("ust konto fehlt")
-            << "KontoUstKtoNr = '4711'"
-            << "UstKontoNummer ist nicht im Kontenstamm" << 1 << "inpKontoUstKtoNr";
-        QTest::newRow("bk") << "KontoBkENAbrDef = 1"
-                            << "Wenn \"Bk-Mieter/Eigentümer-Abr:\" definiert ist" << 2
-                            << "cmbBkENAbrDef";
-        QTest::newRow("ebk") << "KontoEbkKontoNr = '4711'"
-                             << "KontoEbk-KontoNummer ist nicht im Kontenstamm" << 7
-                             << "inpKontoEbkKontoNr";
-        QTest::newRow("zl7") << "KontoPos3 = 9"
-                             << "ZL7-Bilanzposition ist nicht" << 7 << "inpBilZl7Pos1";
-        QTest::newRow("zl7 vorhanden") << "KontoPos1 = 1, KontoPos2 = 2, KontoPos3 = 3"
-                                       << "" << 0 << "";
-        QTest::newRow("typ") << "KontoTypus = 3"
-                             << "ungültiger Wert in cmbKontoTypus.text" << 1 << "cmbKontoTypus";
-        QTest::newRow("ust 15") << "KontoUstProz = 15, KontoUstKtoNr = '1000'"
-                                << "ungültiger Wert 15 in cmbKontoUstProz" << 1
-                                << "cmbKontoUstProz";
-        QTest::newRow("position fehlt")
-            << "KontoÖNORMAbrPos_I_II_III = 3, KontoÖNORMAbrPos_ABC = 13, KontoBkBlockPos = 2, "
-               "KontoAbrUstProz = 20"
-            << "ÖNORM-I-II-III-Position: 3" << 3 << "cmbAbrPos2";
-        QTest::newRow("block fehlt") << "KontoBkBlockPos = 5"
-                                     << "in cmbBkBlockPos_Texteinsetzen" << 2 << "cmbBkBlockPos";
-        QTest::newRow("bilanz fehlt")
-            << "KontoBilPosAktPass = 2"
-            << "Bilanzposition 2 ist nicht im Bilanzpositionsstamm" << 7 << "inpBilPosAktPass";
-        QTest::newRow("bilanz vorhanden")
-            << "KontoBilPosAktPass = 1, KontoBilPosABC = 'B', KontoBilPosRöm = 'II', "
-               "KontoBilPosArab = '1', KontoBilPosABCklein = 'a'"
-            << "" << 0 << "";
-        QTest::newRow("schluessel fehlt")
-            << "KontoAbrSchlPos = 9"
-            << "Aufteilungsschlüssel 9 ist nicht" << 2 << "inpAbrSchlPos";
-        QTest::newRow("schluessel vorhanden") << "KontoAbrSchlPos = 4"
-                                              << "" << 0 << "";
-        QTest::newRow("bezeichnung leer")
-            << "KontoBezeichnung = ''"
-            << "KontoBezeichnung darf nicht leer" << 1 << "inpKontoBezeichnung";
+        const auto zeile = [](const char *name, const char *zuweisung, const char *meldung,
+                              int seite, const char *feld) {
+            QTest::newRow(name) << QString::fromUtf8(zuweisung) << QString::fromUtf8(meldung)
+                                << seite << QString::fromUtf8(feld);
+        };
+        zeile("gueltig", "KontoUstProz = 100", "", 0, "");
+        zeile("ust ohne konto", "KontoUstProz = 10", "Da ein UstProzentsatz definiert wurde", 1,
+              "inpKontoUstKtoNr");
+        zeile("ust konto fehlt", "KontoUstKtoNr = '4711'",
+              "UstKontoNummer ist nicht im Kontenstamm", 1, "inpKontoUstKtoNr");
+        zeile("bk", "KontoBkENAbrDef = 1", "Wenn \"Bk-Mieter/Eigentümer-Abr:\" definiert ist", 2,
+              "cmbBkENAbrDef");
+        zeile("ebk", "KontoEbkKontoNr = '4711'", "KontoEbk-KontoNummer ist nicht im Kontenstamm", 7,
+              "inpKontoEbkKontoNr");
+        zeile("zl7", "KontoPos3 = 9", "ZL7-Bilanzposition ist nicht", 7, "inpBilZl7Pos1");
+        zeile("zl7 vorhanden", "KontoPos1 = 1, KontoPos2 = 2, KontoPos3 = 3", "", 0, "");
+        zeile("typ", "KontoTypus = 3", "ungültiger Wert in cmbKontoTypus.text", 1, "cmbKontoTypus");
+        zeile("ust 15", "KontoUstProz = 15, KontoUstKtoNr = '1000'",
+              "ungültiger Wert 15 in cmbKontoUstProz", 1, "cmbKontoUstProz");
+        zeile("position fehlt",
+              "KontoÖNORMAbrPos_I_II_III = 3, KontoÖNORMAbrPos_ABC = 13, KontoBkBlockPos = 2, "
+              "KontoAbrUstProz = 20",
+              "ÖNORM-I-II-III-Position: 3", 3, "cmbAbrPos2");
+        zeile("block fehlt", "KontoBkBlockPos = 5", "in cmbBkBlockPos_Texteinsetzen", 2,
+              "cmbBkBlockPos");
+        zeile("bilanz fehlt", "KontoBilPosAktPass = 2",
+              "Bilanzposition 2 ist nicht im Bilanzpositionsstamm", 7, "inpBilPosAktPass");
+        zeile("bilanz vorhanden",
+              "KontoBilPosAktPass = 1, KontoBilPosABC = 'B', KontoBilPosRöm = 'II', "
+              "KontoBilPosArab = '1', KontoBilPosABCklein = 'a'",
+              "", 0, "");
+        zeile("schluessel fehlt", "KontoAbrSchlPos = 9", "Aufteilungsschlüssel 9 ist nicht", 2,
+              "inpAbrSchlPos");
+        zeile("schluessel vorhanden", "KontoAbrSchlPos = 4", "", 0, "");
+        zeile("bezeichnung leer", "KontoBezeichnung = ''", "KontoBezeichnung darf nicht leer", 1,
+              "inpKontoBezeichnung");
     }
     void pruefen()
     {
@@ -237,55 +216,36 @@ private slots:
         QTest::addColumn<QString>("meldungEnthaelt");
         const QByteArray kopf = "KontoNr;KontoBezeichnung;KontoTypus;KontoUstKtoNr\r\n";
         const QByteArray gut = "3000;Erlöse;0;\r\n";
-        QTest::newRow("zu kurz") << kopf + gut + "12;Kurz;0;\r\n"
-                                 << 3 << "KontoNr"
-                                 << "mindestens 4-stellig";
-        QTest::newRow("null") << kopf + "000;Null;0;\r\n"
-                              << 2 << "KontoNr"
-                              << "Kontonummer 0 oder 00 oder 000";
-        QTest::newRow("buchstaben") << kopf + "12AB;X;0;\r\n"
-                                    << 2 << "KontoNr"
-                                    << "höchstens 6 Ziffern";
-        QTest::newRow("doppelt") << kopf + gut + gut << 3 << "KontoNr"
-                                 << "steht schon in Zeile 2";
-        QTest::newRow("vorhanden") << kopf + "1000;Kassa;0;\r\n"
-                                   << 2 << "KontoNr"
-                                   << "bereits vorhanden";
-        QTest::newRow("typ") << kopf + "3000;X;3;\r\n"
-                             << 2 << "KontoTypus"
-                             << "ungültiger Wert in cmbKontoTypus.text";
-        QTest::newRow("keine zahl") << kopf + "3000;X;eins;\r\n"
-                                    << 2 << "KontoTypus"
-                                    << "keine ganze Zahl";
-        QTest::newRow("zu gross") << kopf + "3000;X;70000;\r\n"
-                                  << 2 << "KontoTypus"
-                                  << "außerhalb des zulässigen Bereichs";
-        QTest::newRow("text zu lang") << kopf + "3000;" + QByteArray(51, 'x') + ";0;\r\n"
-                                      << 2 << "KontoBezeichnung"
-                                      << "länger als 50";
-        QTest::newRow("referenz") << kopf + "3000;X;0;4711\r\n"
-                                  << 2 << "KontoUstKtoNr"
-                                  << "UstKontoNummer ist nicht im Kontenstamm";
-        QTest::newRow("felder") << kopf + "3000;X;0\r\n"
-                                << 2 << ""
-                                << "3 Felder statt 4";
-        QTest::newRow("unbekanntes feld")
-            << QByteArray("KontoNr;Geheim\r\n3000;x\r\n") << 1 << "Geheim"
-            << "Unbekanntes Feld";
-        QTest::newRow("ohne kontonr") << QByteArray("KontoBezeichnung\r\nX\r\n") << 1 << "KontoNr"
-                                      << "kein Feld KontoNr";
-        QTest::newRow("leer") << QByteArray() << 1 << ""
-                              << "Kopfzeile";
-        QTest::newRow("anfuehrung") << kopf + gut + "3000;\"offen;0;\r\n"
-                                    << 3 << ""
-                                    << "Anführungszeichen wird nicht geschlossen";
-        QTest::newRow("anfuehrung im kopf")
-            << QByteArray("KontoNr;\"Kontobez\r\n3000;x\r\n") << 1 << ""
-            << "Anführungszeichen wird nicht geschlossen";
-        QTest::newRow("einschleusung")
-            << kopf + "3000;\"x'); DROP TABLE ObjKanzleiKontenstamm; --\";0;\r\n5000;ok;9;\r\n"
-            << 3 << "KontoTypus"
-            << "ungültiger Wert";
+        const auto zeile = [](const char *name, const QByteArray &inhalt, int zeile,
+                              const char *feld, const char *meldung) {
+            QTest::newRow(name) << inhalt << zeile << QString::fromUtf8(feld)
+                                << QString::fromUtf8(meldung);
+        };
+        zeile("zu kurz", kopf + gut + "12;Kurz;0;\r\n", 3, "KontoNr", "mindestens 4-stellig");
+        zeile("null", kopf + "000;Null;0;\r\n", 2, "KontoNr", "Kontonummer 0 oder 00 oder 000");
+        zeile("buchstaben", kopf + "12AB;X;0;\r\n", 2, "KontoNr", "höchstens 6 Ziffern");
+        zeile("doppelt", kopf + gut + gut, 3, "KontoNr", "steht schon in Zeile 2");
+        zeile("vorhanden", kopf + "1000;Kassa;0;\r\n", 2, "KontoNr", "bereits vorhanden");
+        zeile("typ", kopf + "3000;X;3;\r\n", 2, "KontoTypus",
+              "ungültiger Wert in cmbKontoTypus.text");
+        zeile("keine zahl", kopf + "3000;X;eins;\r\n", 2, "KontoTypus", "keine ganze Zahl");
+        zeile("zu gross", kopf + "3000;X;70000;\r\n", 2, "KontoTypus",
+              "außerhalb des zulässigen Bereichs");
+        zeile("text zu lang", kopf + "3000;" + QByteArray(51, 'x') + ";0;\r\n", 2,
+              "KontoBezeichnung", "länger als 50");
+        zeile("referenz", kopf + "3000;X;0;4711\r\n", 2, "KontoUstKtoNr",
+              "UstKontoNummer ist nicht im Kontenstamm");
+        zeile("felder", kopf + "3000;X;0\r\n", 2, "", "3 Felder statt 4");
+        zeile("unbekanntes feld", "KontoNr;Geheim\r\n3000;x\r\n", 1, "Geheim", "Unbekanntes Feld");
+        zeile("ohne kontonr", "KontoBezeichnung\r\nX\r\n", 1, "KontoNr", "kein Feld KontoNr");
+        zeile("leer", QByteArray(), 1, "", "Kopfzeile");
+        zeile("anfuehrung", kopf + gut + "3000;\"offen;0;\r\n", 3, "",
+              "Anführungszeichen wird nicht geschlossen");
+        zeile("anfuehrung im kopf", "KontoNr;\"Kontobez\r\n3000;x\r\n", 1, "",
+              "Anführungszeichen wird nicht geschlossen");
+        zeile("einschleusung",
+              kopf + "3000;\"x'); DROP TABLE ObjKanzleiKontenstamm; --\";0;\r\n5000;ok;9;\r\n", 3,
+              "KontoTypus", "ungültiger Wert");
     }
     void importAufDefektemDatentraeger_data()
     {

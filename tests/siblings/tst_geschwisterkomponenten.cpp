@@ -58,11 +58,7 @@ private:
     }
     void konto(const QString &nr, const QString &name, int jahr = 2024, const QString &zus = {})
     {
-        m_db->execute("INSERT INTO ObjKanzleiKontenstamm (KontoNr, KontoJJ, KontoBezeichnung) "
-                      "VALUES (?, ?, ?)",
-                      {nr, jahr, name});
-        if (!zus.isEmpty())
-            m_db->execute("UPDATE ObjKanzleiKontenstamm SET " + zus + " WHERE KontoNr = ?", {nr});
+        testhilfe::konto(*m_db, nr, name, jahr, zus);
     }
     qlonglong zeilen(const QString &tabelle)
     {
@@ -97,23 +93,28 @@ private slots:
 
     void kontenlisteFiltern_data()
     {
+        QTest::addColumn<QString>("methode");
         QTest::addColumn<QString>("filter");
         QTest::addColumn<QList<Qt::Key>>("tasten");
         QTest::addColumn<int>("sichtbar");
         QTest::addColumn<QVariant>("gewaehlt");
-        QTest::newRow("alle, erste")
-            << "" << QList<Qt::Key> {Qt::Key_Return} << 3 << QVariant("1000");
+        const QString k = QStringLiteral("KontenListe");
+        using Tasten = QList<Qt::Key>;
+        QTest::newRow("alle, erste") << k << "" << Tasten {Qt::Key_Return} << 3 << QVariant("1000");
         QTest::newRow("alle, zweite")
-            << "" << QList<Qt::Key> {Qt::Key_Down, Qt::Key_Return} << 3 << QVariant("1200");
-        QTest::newRow("nummer") << "12" << QList<Qt::Key> {Qt::Key_Return} << 1 << QVariant("1200");
-        QTest::newRow("name") << "LIEF" << QList<Qt::Key> {Qt::Key_Return} << 1 << QVariant("2000");
-        QTest::newRow("nummernanfang, nicht mitte") << "00" << QList<Qt::Key> {} << 0 << QVariant();
-        QTest::newRow("escape") << "" << QList<Qt::Key> {Qt::Key_Escape} << 3 << QVariant();
+            << k << "" << Tasten {Qt::Key_Down, Qt::Key_Return} << 3 << QVariant("1200");
+        QTest::newRow("nummer") << k << "12" << Tasten {Qt::Key_Return} << 1 << QVariant("1200");
+        QTest::newRow("name") << k << "LIEF" << Tasten {Qt::Key_Return} << 1 << QVariant("2000");
+        QTest::newRow("nummernanfang, nicht mitte") << k << "00" << Tasten {} << 0 << QVariant();
+        QTest::newRow("escape") << k << "" << Tasten {Qt::Key_Escape} << 3 << QVariant();
         QTest::newRow("nichts gefunden")
-            << "xyz" << QList<Qt::Key> {Qt::Key_Return, Qt::Key_Escape} << 0 << QVariant();
+            << k << "xyz" << Tasten {Qt::Key_Return, Qt::Key_Escape} << 0 << QVariant();
+        QTest::newRow("kreditoren") << QStringLiteral("KreditorenListe") << "stadt"
+                                    << Tasten {Qt::Key_Return} << 1 << QVariant("30002");
     }
     void kontenlisteFiltern()
     {
+        QFETCH(QString, methode);
         QFETCH(QString, filter);
         QFETCH(QList<Qt::Key>, tasten);
         QFETCH(int, sichtbar);
@@ -127,26 +128,15 @@ private slots:
             if (d.isVisible())
                 d.reject();
         });
+        m_db->execute("INSERT INTO KreditorenKontenstamm (KrKontoNr, KrKontoBezeichnung) VALUES "
+                      "(30001, 'Hausbetreuung'), (30002, 'Stadtwerke')");
         auto liste = CreateObject("zelDiverseListen");
-        aufrufen(liste.get(), "KontenListe", {QVariant(info())});
+        aufrufen(liste.get(), qPrintable(methode), {QVariant(info())});
         QCOMPARE(gesehen, sichtbar);
         const QVariant ergebnis = aufrufen(liste.get(), "AuswahlNr");
         QCOMPARE(ergebnis.isNull(), gewaehlt.isNull());
         if (!gewaehlt.isNull())
             QCOMPARE(ergebnis.toString(), gewaehlt.toString());
-    }
-
-    void kreditorenliste()
-    {
-        m_db->execute("INSERT INTO KreditorenKontenstamm (KrKontoNr, KrKontoBezeichnung) VALUES "
-                      "(30001, 'Hausbetreuung'), (30002, 'Stadtwerke')");
-        inListe([](siblings::Auswahlliste &d) {
-            QTest::keyClicks(d.filter(), "stadt");
-            QTest::keyClick(d.tabelle(), Qt::Key_Return);
-        });
-        auto liste = CreateObject("zelDiverseListen");
-        aufrufen(liste.get(), "KreditorenListe", {QVariant(info())});
-        QCOMPARE(aufrufen(liste.get(), "AuswahlNr").toString(), "30002");
     }
 
     void listeOhneDatenbank()

@@ -3,6 +3,7 @@
 // back the next save goes through on a new connection. The test starts a cluster of its own, so
 // that restarting it disturbs no other test.
 #include "platform/core/RuntimeError.h"
+#include "common/TestDatenbank.h"
 #include "platform/storage/Database.h"
 #include "platform/storage/Schema.h"
 #include "platform/ui/DataControl.h"
@@ -61,8 +62,7 @@ private slots:
     {
         auto db = Database::open(m_uri);
         platform::storage::schemaAnlegen(*db);
-        db->execute("INSERT INTO ObjKanzleiKontenstamm (KontoNr, KontoJJ, KontoBezeichnung) "
-                    "VALUES ('1000', 2024, 'Kassa')");
+        testhilfe::konto(*db, QStringLiteral("1000"), QStringLiteral("Kassa"), 2024);
         MsgBoxProtokoll boxen;
         boxen.setAntwortFunktion([](const MsgBoxEintrag &) { return int(vbOK); });
         QWidget fenster;

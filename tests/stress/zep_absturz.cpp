@@ -214,12 +214,9 @@ int main(int argc, char **argv)
         {
             auto db = Database::open(ort);
             platform::storage::schemaAnlegen(*db);
-            for (int i = 0; i < Konten; ++i) {
-                const QString nr = QString::number(1000 + i);
-                db->execute(QStringLiteral("INSERT INTO ObjKanzleiKontenstamm (KontoNr, KontoJJ, "
-                                           "KontoBezeichnung, KontoVSTKuerz) VALUES (?, ?, ?, 0)"),
-                            {nr, Jahr, QStringLiteral("Konto ") + nr});
-            }
+            for (int i = 0; i < Konten; ++i)
+                testhilfe::konto(*db, QString::number(1000 + i),
+                                 QStringLiteral("Konto %1").arg(1000 + i), Jahr);
         }
         QElapsedTimer uhr;
         uhr.start();

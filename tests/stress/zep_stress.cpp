@@ -103,11 +103,8 @@ Ergebnis lauf(Engine engine, bool altesFormat, int prozesse, int saves, const QS
                                          SqlCipherDatabase::Format::Alt)
             : Database::open(ort);
         platform::storage::schemaAnlegen(*db);
-        for (const QString &nr : Konten) {
-            db->execute(QStringLiteral("INSERT INTO ObjKanzleiKontenstamm (KontoNr, KontoJJ, "
-                                       "KontoBezeichnung, KontoVSTKuerz) VALUES (?, ?, ?, 0)"),
-                        {nr, Jahr, QStringLiteral("Konto ") + nr});
-        }
+        for (const QString &nr : Konten)
+            testhilfe::konto(*db, nr, QStringLiteral("Konto ") + nr, Jahr);
     }
     std::vector<std::unique_ptr<QProcess>> laeufe;
     for (int p = 0; p < prozesse; ++p) {
