@@ -222,6 +222,13 @@ private slots:
         QVERIFY(m_dc->rs().MovePrevious());
         QCOMPARE(gespeichert(3, "Aktiv").toLongLong(), -1);
         QCOMPARE(gespeichert(3, "Preis").toDouble(), 7.25);
+        // A value the field shows rounded is not written back when another field is saved.
+        m_db->execute("UPDATE DcTest SET Preis = ? WHERE Nr = 1", {0.1 + 0.2});
+        QVERIFY(m_dc->rs().MoveFirst());
+        QCOMPARE(m_preis->text(), "0,3");
+        m_name->setText("Anna2");
+        QVERIFY(m_dc->rs().MoveNext());
+        QVERIFY(gespeichert(1, "Preis").toDouble() == 0.1 + 0.2); // exactly
     }
 
     void validateMitActionNullBehaeltZeileUndEingaben()
@@ -264,6 +271,16 @@ private slots:
         QCOMPARE(gespeichert(3, "Name").toString(), "Cäsar");
         QCOMPARE(m_name->text(), "Anna");
         QCOMPARE(updates(), 1);
+        // A handler that moves the record set itself raises no second Validate.
+        m_b->saveSetzen = -1;
+        m_b->validates.clear();
+        m_b->inValidate = [this] {
+            m_b->inValidate = nullptr;
+            QVERIFY(m_dc->rs().MoveLast());
+        };
+        QVERIFY(m_dc->rs().MovePrevious());
+        QCOMPARE(m_b->validates.size(), 1);
+        QCOMPARE(nr(), 2);
     }
 
     void textDerNichtInDieSpaltePasstHaeltDenBenutzerAufDerZeile()
@@ -483,6 +500,10 @@ private slots:
 
     void updateRecordUndUpdateControls()
     {
+        // Saving asks Validate with Save = true even when nothing was typed.
+        QVERIFY(m_dc->UpdateRecord());
+        QVERIFY(m_b->validates.last().second);
+        QCOMPARE(updates(), 0);
         m_menge->setText(" 0012 ");
         QVERIFY(m_dc->UpdateRecord());
         QCOMPARE(m_b->validates.last().first, int(vbDataActionUpdate));
