@@ -17,7 +17,7 @@ public:
     Q_INVOKABLE QString verbinden(const QString &a, int n) { return a.repeated(n); }
     Q_INVOKABLE void merken(const QString &s) { m_gemerkt = s; }
     Q_INVOKABLE qint16 kurz() { return -1; }
-    Q_INVOKABLE void werfen() { throw RuntimeError(3021, QStringLiteral("kein Satz")); }
+    Q_INVOKABLE void werfen() { throw RuntimeError(3021, "kein Satz"); }
     QString m_gemerkt;
     int m_zahl = 0;
 };
@@ -30,7 +30,7 @@ private slots:
     {
         QString text;
         QCOMPARE(fehlerVon([] { CreateObject("gibtEsNicht.Klasse"); }, &text), 429);
-        QCOMPARE(text, QStringLiteral("Objekterstellung durch ActiveX-Komponente nicht möglich"));
+        QCOMPARE(text, "Objekterstellung durch ActiveX-Komponente nicht möglich");
         // Names are compared without regard to case.
         registriereKomponente("zelTest", [] { return std::make_unique<Fake>(); });
         QVERIFY(qobject_cast<Fake *>(CreateObject("ZELTEST").get()));
@@ -46,25 +46,24 @@ private slots:
 
     void registrierungAufZeitStelltWiederHer()
     {
-        registriereKomponente(QStringLiteral("zelAbrPosStamm"), [] {
+        registriereKomponente("zelAbrPosStamm", [] {
             auto o = std::make_unique<QObject>();
-            o->setObjectName(QStringLiteral("echt"));
+            o->setObjectName("echt");
             return o;
         });
         {
-            KomponentenRegistrierung fake(QStringLiteral("zelAbrPosStamm"), [] {
+            KomponentenRegistrierung fake("zelAbrPosStamm", [] {
                 auto o = std::make_unique<QObject>();
-                o->setObjectName(QStringLiteral("fake"));
+                o->setObjectName("fake");
                 return o;
             });
-            QCOMPARE(CreateObject(QStringLiteral("zelAbrPosStamm"))->objectName(), "fake");
-            KomponentenRegistrierung neu(QStringLiteral("zelNeu"),
-                                         [] { return std::make_unique<QObject>(); });
-            QVERIFY(komponenteRegistriert(QStringLiteral("zelNeu")));
+            QCOMPARE(CreateObject("zelAbrPosStamm")->objectName(), "fake");
+            KomponentenRegistrierung neu("zelNeu", [] { return std::make_unique<QObject>(); });
+            QVERIFY(komponenteRegistriert("zelNeu"));
         }
-        QCOMPARE(CreateObject(QStringLiteral("zelAbrPosStamm"))->objectName(), "echt");
-        QVERIFY(!komponenteRegistriert(QStringLiteral("zelNeu")));
-        entferneKomponente(QStringLiteral("zelAbrPosStamm"));
+        QCOMPARE(CreateObject("zelAbrPosStamm")->objectName(), "echt");
+        QVERIFY(!komponenteRegistriert("zelNeu"));
+        entferneKomponente("zelAbrPosStamm");
     }
 
     void aufrufen_data()
@@ -81,7 +80,7 @@ private slots:
             << QByteArray("echo") << QVariantList {QDate(2003, 1, 2)}
             << QVariant(QDate(2003, 1, 2));
         QTest::newRow("text") << QByteArray("verbinden") << QVariantList {"ab", 3}
-                              << QVariant(QStringLiteral("ababab"));
+                              << QVariant("ababab");
         QTest::newRow("leeres argument")
             << QByteArray("verbinden") << QVariantList {QVariant(), 2} << QVariant(QString());
         QTest::newRow("16 bit") << QByteArray("kurz") << QVariantList {}
@@ -134,7 +133,7 @@ private slots:
             QCOMPARE(e.nummer(), nummer);
             if (nummer == 438)
                 QCOMPARE(e.beschreibung(),
-                         QStringLiteral("Objekt unterstützt diese Eigenschaft oder Methode nicht"));
+                         "Objekt unterstützt diese Eigenschaft oder Methode nicht");
             QVERIFY(!e.beschreibung().isEmpty());
         }
     }
@@ -142,10 +141,10 @@ private slots:
     void eigenschaften()
     {
         Fake f;
-        eigenschaftSetzen(&f, "zahl", QStringLiteral("42"));
+        eigenschaftSetzen(&f, "zahl", "42");
         QCOMPARE(eigenschaft(&f, "zahl"), QVariant(42));
         QCOMPARE(fehlerVon([&] { eigenschaft(&f, "fehlt"); }), 438);
-        QCOMPARE(fehlerVon([&] { eigenschaftSetzen(&f, "zahl", QStringLiteral("x")); }), 13);
+        QCOMPARE(fehlerVon([&] { eigenschaftSetzen(&f, "zahl", "x"); }), 13);
         QCOMPARE(f.m_zahl, 42);
     }
 };

@@ -77,7 +77,7 @@ private slots:
         QFETCH(QString, schluessel);
         QFETCH(QString, erwartet);
         QTemporaryDir dir;
-        const QString datei = dir.filePath(QStringLiteral("ZEL-Settings.ini"));
+        const QString datei = dir.filePath("ZEL-Settings.ini");
         QFile f(datei);
         QVERIFY(f.open(QIODevice::WriteOnly));
         f.write(Inhalt);
@@ -98,7 +98,7 @@ private slots:
         f.write("[Section1]\r\nName=Gr\xf6\xdf"
                 "e\r\n");
         f.close();
-        QCOMPARE(IniLesen(f.fileName(), "section1", "name"), QStringLiteral("Größe"));
+        QCOMPARE(IniLesen(f.fileName(), "section1", "name"), "Größe");
     }
 
     void einstellungsDatei()
@@ -106,8 +106,7 @@ private slots:
         const QByteArray altProfil = qgetenv("USERPROFILE");
         const bool hatteProfil = qEnvironmentVariableIsSet("USERPROFILE");
         qputenv("USERPROFILE", "/profil/benutzer");
-        QCOMPARE(platform::EinstellungsDatei(),
-                 QStringLiteral("/profil/benutzer/ZEL-Settings.ini"));
+        QCOMPARE(platform::EinstellungsDatei(), "/profil/benutzer/ZEL-Settings.ini");
         qunsetenv("USERPROFILE");
         QCOMPARE(platform::EinstellungsDatei(), QDir::homePath() + "/ZEL-Settings.ini");
         if (hatteProfil)

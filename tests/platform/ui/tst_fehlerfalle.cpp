@@ -55,9 +55,9 @@ private slots:
         QFETCH(QString, text);
         Melder m;
         bool danach = false;
-        const bool ok = Falle(QStringLiteral("zelKontenStamm, in cmdKontoLöschen_Click"), [&] {
+        const bool ok = Falle("zelKontenStamm, in cmdKontoLöschen_Click", [&] {
             if (art == 0)
-                throw RuntimeError(3022, QStringLiteral("doppelt"));
+                throw RuntimeError(3022, "doppelt");
             if (art == 1)
                 throw std::runtime_error("kaputt");
             if (art == 2)
@@ -69,7 +69,7 @@ private slots:
         QCOMPARE(m.meldungen.size(), nummer == 0 ? 0 : 1);
         if (nummer == 0)
             return;
-        QCOMPARE(m.meldungen[0].ort, QStringLiteral("zelKontenStamm, in cmdKontoLöschen_Click"));
+        QCOMPARE(m.meldungen[0].ort, "zelKontenStamm, in cmdKontoLöschen_Click");
         QCOMPARE(m.meldungen[0].nummer, nummer);
         QCOMPARE(m.meldungen[0].text, text);
     }
@@ -78,13 +78,13 @@ private slots:
     {
         MsgBoxProtokoll p;
         p.antworte(vbOK);
-        Falle(QStringLiteral("zelKontenStamm, in Form_Load"),
+        Falle("zelKontenStamm, in Form_Load",
               [] { RuntimeError::ausloesen(fehlernummer::Typenkonflikt); });
         QCOMPARE(p.anzahl(), 1);
         QCOMPARE(p.letzter().text,
                  QStringLiteral("Laufzeitfehler '13':\r\n\r\nTypen unverträglich"
                                 "\r\n\r\nzelKontenStamm, in Form_Load"));
-        QCOMPARE(p.letzter().titel, QStringLiteral("zepKontenStamm"));
+        QCOMPARE(p.letzter().titel, "zepKontenStamm");
         QVERIFY(p.warnungen().isEmpty());
     }
 
@@ -96,7 +96,7 @@ private slots:
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("gescheitert"));
         bool zurueck = false;
         try {
-            Falle(QStringLiteral("ort"), [] { RuntimeError::ausloesen(3021); });
+            Falle("ort", [] { RuntimeError::ausloesen(3021); });
             zurueck = true;
         } catch (...) { }
         setFehlerReporter({});
@@ -107,7 +107,7 @@ private slots:
     {
         Melder m;
         QStringList gelaufen;
-        WeiterBeiFehler schritt(QStringLiteral("zelKontenStamm, in mdlInitKK, KKInit"));
+        WeiterBeiFehler schritt("zelKontenStamm, in mdlInitKK, KKInit");
         schritt([&] { gelaufen << "1"; });
         schritt([&] {
             RuntimeError::ausloesen(fehlernummer::FeldNichtGefunden);
@@ -119,7 +119,7 @@ private slots:
         QCOMPARE(schritt.fehlerAnzahl(), 2);
         QCOMPARE(m.meldungen.size(), 2);
         QCOMPARE(m.meldungen[0].nummer, 3265);
-        QCOMPARE(m.meldungen[0].ort, QStringLiteral("zelKontenStamm, in mdlInitKK, KKInit"));
+        QCOMPARE(m.meldungen[0].ort, "zelKontenStamm, in mdlInitKK, KKInit");
         QCOMPARE(schritt.letzterFehler()->nummer(), 5);
     }
 
@@ -128,7 +128,7 @@ private slots:
         Melder m;
         MsgBoxProtokoll p;
         int breite = 0;
-        WeiterBeiFehler still(QStringLiteral("FormSkalieren"), WeiterBeiFehler::Art::Still);
+        WeiterBeiFehler still("FormSkalieren", WeiterBeiFehler::Art::Still);
         QVERIFY(!still([] { RuntimeError::ausloesen(438); }));
         QVERIFY(still([&] { breite = 120; }));
         QCOMPARE(breite, 120);
@@ -148,9 +148,8 @@ private slots:
         QTimer::singleShot(20, [&] { weiter = true; });
         QTRY_VERIFY_WITH_TIMEOUT(weiter, 5000);
         QCOMPARE(p.anzahl(), 1);
-        QCOMPARE(p.letzter().text,
-                 QStringLiteral("Laufzeitfehler '13':\r\n\r\nTypen unverträglich"));
-        QCOMPARE(p.letzter().titel, QStringLiteral("zepKontenStamm"));
+        QCOMPARE(p.letzter().text, "Laufzeitfehler '13':\r\n\r\nTypen unverträglich");
+        QCOMPARE(p.letzter().titel, "zepKontenStamm");
         QVERIFY(p.warnungen().isEmpty());
     }
 
@@ -158,7 +157,7 @@ private slots:
     {
         MsgBoxProtokoll p;
         p.antworte({vbOK, vbOK});
-        QPushButton knopf(QStringLiteral("Löschen"));
+        QPushButton knopf("Löschen");
         int klicks = 0;
         QObject::connect(&knopf, &QPushButton::clicked, [&] {
             ++klicks;
@@ -170,7 +169,7 @@ private slots:
         QTest::mouseClick(&knopf, Qt::LeftButton); // still usable after the first error
         QCOMPARE(klicks, 2);
         QCOMPARE(p.anzahl(), 2);
-        QVERIFY(p.letzter().text.startsWith(QStringLiteral("Laufzeitfehler '3197':\r\n\r\n")));
+        QVERIFY(p.letzter().text.startsWith("Laufzeitfehler '3197':\r\n\r\n"));
     }
 
     void sanduhr()
@@ -189,7 +188,7 @@ private slots:
         QVERIFY(!QGuiApplication::overrideCursor());
 
         Melder m;
-        Falle(QStringLiteral("ort"), [] {
+        Falle("ort", [] {
             Sanduhr s;
             RuntimeError::ausloesen(3021);
         });

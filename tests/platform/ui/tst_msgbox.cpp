@@ -49,31 +49,29 @@ private slots:
     {
         MsgBoxProtokoll p;
         p.antworte({vbOK, vbYes, vbCancel});
-        p.setAntwortFunktion([](const MsgBoxEintrag &e) {
-            return e.text.contains(QStringLiteral("löschen")) ? vbNo : vbYes;
-        });
-        QCOMPARE(MsgBox(QStringLiteral("Hinweis")), vbOK);
-        QCOMPARE(MsgBox(QStringLiteral("Konto löschen?\r\nWirklich"), vbYesNo + vbQuestion,
-                        QStringLiteral("Bitte bestätigen Sie")),
+        p.setAntwortFunktion(
+            [](const MsgBoxEintrag &e) { return e.text.contains("löschen") ? vbNo : vbYes; });
+        QCOMPARE(MsgBox("Hinweis"), vbOK);
+        QCOMPARE(MsgBox("Konto löschen?\r\nWirklich", vbYesNo + vbQuestion, "Bitte bestätigen Sie"),
                  vbYes);
         QCOMPARE(MsgBox("3", vbYesNoCancel), vbCancel);
         QCOMPARE(p.offeneAntworten(), 0);
-        QCOMPARE(MsgBox(QStringLiteral("Konto löschen?"), vbYesNo), vbNo);
+        QCOMPARE(MsgBox("Konto löschen?", vbYesNo), vbNo);
         {
             MsgBoxProtokoll innen;
             innen.antworte(vbNo);
             QCOMPARE(MsgBox("innen", vbYesNo), vbNo);
             QCOMPARE(innen.anzahl(), 1);
         }
-        QCOMPARE(MsgBox(QStringLiteral("Konto anlegen?"), vbYesNo), vbYes);
+        QCOMPARE(MsgBox("Konto anlegen?", vbYesNo), vbYes);
         QCOMPARE(p.anzahl(), 5);
-        QCOMPARE(p.eintraege()[0].titel, QStringLiteral("zepKontenStamm"));
+        QCOMPARE(p.eintraege()[0].titel, "zepKontenStamm");
         QCOMPARE(p.eintraege()[0].buttons, vbOKOnly);
-        QCOMPARE(p.eintraege()[1].text, QStringLiteral("Konto löschen?\r\nWirklich"));
+        QCOMPARE(p.eintraege()[1].text, "Konto löschen?\r\nWirklich");
         QCOMPARE(p.eintraege()[1].buttons, vbYesNo + vbQuestion);
-        QCOMPARE(p.eintraege()[1].titel, QStringLiteral("Bitte bestätigen Sie"));
+        QCOMPARE(p.eintraege()[1].titel, "Bitte bestätigen Sie");
         QCOMPARE(p.eintraege()[1].antwort, vbYes);
-        QCOMPARE(p.texte().at(2), QStringLiteral("3"));
+        QCOMPARE(p.texte().at(2), "3");
         QVERIFY(p.warnungen().isEmpty());
     }
 
@@ -95,9 +93,9 @@ private slots:
         QFETCH(int, erwartet);
         MsgBoxProtokoll p;
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Keine Antwort vorgesehen"));
-        QCOMPARE(MsgBox(QStringLiteral("Frage"), buttons), erwartet);
+        QCOMPARE(MsgBox("Frage", buttons), erwartet);
         QCOMPARE(p.warnungen().size(), 1);
-        QVERIFY(p.warnungen().first().contains(QStringLiteral("Frage")));
+        QVERIFY(p.warnungen().first().contains("Frage"));
     }
 
     void falscheAntwortWirdGemeldet()
@@ -105,7 +103,7 @@ private slots:
         MsgBoxProtokoll p;
         p.antworte(vbYes);
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("passt zu keinem Knopf"));
-        QCOMPARE(MsgBox(QStringLiteral("nur OK")), vbOK);
+        QCOMPARE(MsgBox("nur OK"), vbOK);
         QCOMPARE(p.warnungen().size(), 1);
     }
 
@@ -135,10 +133,9 @@ private slots:
         QTest::addColumn<QVariant>("stil");
         QTest::addColumn<int>("fehler");
         QTest::addColumn<int>("buttons");
-        QTest::newRow("text statt stil")
-            << QVariant(QStringLiteral("Löschung nicht möglich")) << 13 << 0;
+        QTest::newRow("text statt stil") << QVariant("Löschung nicht möglich") << 13 << 0;
         QTest::newRow("zahl") << QVariant(vbYesNo + vbQuestion) << 0 << vbYesNo + vbQuestion;
-        QTest::newRow("zahl als text") << QVariant(QStringLiteral("4")) << 0 << 4;
+        QTest::newRow("zahl als text") << QVariant("4") << 0 << 4;
         QTest::newRow("leer") << QVariant() << 0 << 0;
         QTest::newRow("unbekannte Knopfgruppe") << QVariant(6) << 5 << 0;
     }
@@ -152,14 +149,14 @@ private slots:
         p.setAntwortFunktion(
             [](const MsgBoxEintrag &e) { return MsgBoxAntworten(e.buttons).first(); });
         try {
-            MsgBox(QStringLiteral("KreditorenKonto ... nicht löschbar"), stil);
+            MsgBox("KreditorenKonto ... nicht löschbar", stil);
             QCOMPARE(fehler, 0);
             QCOMPARE(p.anzahl(), 1);
             QCOMPARE(p.letzter().buttons, buttons);
         } catch (const RuntimeError &e) {
             QCOMPARE(e.nummer(), fehler);
             if (fehler == 13)
-                QCOMPARE(e.beschreibung(), QStringLiteral("Typen unverträglich"));
+                QCOMPARE(e.beschreibung(), "Typen unverträglich");
             QCOMPARE(p.anzahl(), 0); // no box before the error
         }
     }
@@ -212,7 +209,7 @@ private slots:
         QFETCH(int, klick);
         QFETCH(int, erwartet);
         QFETCH(QStringList, knopftexte);
-        const QString text = QStringLiteral("Konto <b>0001</b> existiert nicht\r\nNeu anlegen?");
+        const QString text = "Konto <b>0001</b> existiert nicht\r\nNeu anlegen?";
         QStringList gesehenerKnopftexte;
         QString gesehenerText, gesehenerTitel;
         int gesehenesIcon = -1, gesehenerStandard = -1, textFormat = -1;
@@ -230,9 +227,9 @@ private slots:
         const int antwort = MsgBox(text, buttons, titel);
         QVERIFY(b.gesehen);
         QCOMPARE(antwort, erwartet);
-        QCOMPARE(gesehenerText, QStringLiteral("Konto <b>0001</b> existiert nicht\nNeu anlegen?"));
+        QCOMPARE(gesehenerText, "Konto <b>0001</b> existiert nicht\nNeu anlegen?");
         QCOMPARE(textFormat, int(Qt::PlainText));
-        QCOMPARE(gesehenerTitel, titel.isEmpty() ? QStringLiteral("zepKontenStamm") : titel);
+        QCOMPARE(gesehenerTitel, titel.isEmpty() ? "zepKontenStamm" : titel);
         QCOMPARE(gesehenesIcon, icon);
         QCOMPARE(gesehenerStandard, standardKnopf);
         QCOMPARE(gesehenerKnopftexte, knopftexte);
@@ -266,7 +263,7 @@ private slots:
             if (offen)
                 QTest::keyClick(box, Qt::Key_Return);
         });
-        QCOMPARE(MsgBox(QStringLiteral("Abbrechen?"), buttons), erwartet);
+        QCOMPARE(MsgBox("Abbrechen?", buttons), erwartet);
         QVERIFY(b.gesehen);
         QCOMPARE(offen, bleibtOffen);
     }
