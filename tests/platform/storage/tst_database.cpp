@@ -44,9 +44,8 @@ QByteArray dateiHash(const QString &pfad)
 
 bool nebendateienDa(const QString &pfad)
 {
-    return QFileInfo::exists(pfad + QStringLiteral("-wal"))
-        || QFileInfo::exists(pfad + QStringLiteral("-shm"))
-        || QFileInfo::exists(pfad + QStringLiteral("-journal"));
+    return QFileInfo::exists(pfad + "-wal") || QFileInfo::exists(pfad + "-shm")
+        || QFileInfo::exists(pfad + "-journal");
 }
 
 qint64 anzahl(Database &db, const QString &tabelle)
@@ -57,10 +56,10 @@ qint64 anzahl(Database &db, const QString &tabelle)
 // An SQLCipher file with one table and two rows, closed again.
 QString dateiMitDaten(const QString &passwort = platform::storage::DBPasswort)
 {
-    const QString pfad = testhilfe::neueDatenbank(Engine::SqlCipher) + QStringLiteral(".b");
+    const QString pfad = testhilfe::neueDatenbank(Engine::SqlCipher) + ".b";
     auto db = Database::create(pfad, passwort);
-    db->execute(QStringLiteral("CREATE TABLE Salden (SaldoNr INTEGER PRIMARY KEY, Text TEXT)"));
-    db->execute(QStringLiteral("INSERT INTO Salden VALUES (1, 'Grünfläche'), (2, 'Öl')"));
+    db->execute("CREATE TABLE Salden (SaldoNr INTEGER PRIMARY KEY, Text TEXT)");
+    db->execute("INSERT INTO Salden VALUES (1, 'Grünfläche'), (2, 'Öl')");
     return pfad;
 }
 
@@ -72,7 +71,7 @@ QString altformatKopie(const QTemporaryDir &dir, bool mitWal)
     const QString pfad = dir.filePath(QStringLiteral("alt%1.zdb").arg(++n));
     QFile::copy(QStringLiteral(ZEP_ALTDATEI), pfad);
     if (mitWal)
-        QFile::copy(QStringLiteral(ZEP_ALTDATEI "-wal"), pfad + QStringLiteral("-wal"));
+        QFile::copy(QStringLiteral(ZEP_ALTDATEI "-wal"), pfad + "-wal");
     return pfad;
 }
 
@@ -80,22 +79,22 @@ QString altformatKopie(const QTemporaryDir &dir, bool mitWal)
 // adds one to KreditorenSalden.
 QMap<QString, qint64> altformatZeilen(bool mitWal)
 {
-    return {{QStringLiteral("ObjKanzleiKontenstamm"), 24},
-            {QStringLiteral("ObjKanzleiSalden"), 20},
-            {QStringLiteral("AllgSchluesselDaten"), 8},
-            {QStringLiteral("BilanzPos"), 20},
-            {QStringLiteral("BilanzPosZL7"), mitWal ? 40 : 42},
-            {QStringLiteral("AbrPosBkAbr"), 26},
-            {QStringLiteral("AbrPosBkBlöcke"), 6},
-            {QStringLiteral("KreditorenKontenstamm"), 21},
-            {QStringLiteral("KreditorenBuchungen"), 25},
-            {QStringLiteral("KreditorenSalden"), mitWal ? 13 : 12}};
+    return {{"ObjKanzleiKontenstamm", 24},
+            {"ObjKanzleiSalden", 20},
+            {"AllgSchluesselDaten", 8},
+            {"BilanzPos", 20},
+            {"BilanzPosZL7", mitWal ? 40 : 42},
+            {"AbrPosBkAbr", 26},
+            {"AbrPosBkBlöcke", 6},
+            {"KreditorenKontenstamm", 21},
+            {"KreditorenBuchungen", 25},
+            {"KreditorenSalden", mitWal ? 13 : 12}};
 }
 
 QMap<QString, qint64> zeilenJeTabelle(Database &db)
 {
     QMap<QString, qint64> z;
-    auto c = db.query(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table'"));
+    auto c = db.query("SELECT name FROM sqlite_master WHERE type = 'table'");
     while (c->next())
         z.insert(c->wert(0).toString(), 0);
     for (auto it = z.begin(); it != z.end(); ++it)
@@ -123,7 +122,7 @@ private slots:
                                      "KontoJJ INTEGER NOT NULL, KontoBezeichnung VARCHAR(400), "
                                      "KontoTypus SMALLINT, KontoBetrag DOUBLE PRECISION, "
                                      "KontoDatum DATE, PRIMARY KEY (KontoNr, KontoJJ))"));
-        m_db->execute(QStringLiteral("CREATE TABLE x (y INTEGER)"));
+        m_db->execute("CREATE TABLE x (y INTEGER)");
     }
 
     void cleanup() { m_db.reset(); }
@@ -147,8 +146,8 @@ private slots:
             << "KontoBetrag" << QVariant(3) << QVariant(3.0) << int(Wertart::Kommazahl);
         QTest::newRow("datum") << "KontoDatum" << QVariant(QDate(2003, 12, 31))
                                << QVariant(QDate(2003, 12, 31)) << int(Wertart::Datum);
-        QTest::newRow("umlaute") << "KontoBezeichnung" << QVariant(QStringLiteral("Äußere Öl-ÜBß"))
-                                 << QVariant(QStringLiteral("Äußere Öl-ÜBß")) << int(Wertart::Text);
+        QTest::newRow("umlaute") << "KontoBezeichnung" << QVariant("Äußere Öl-ÜBß")
+                                 << QVariant("Äußere Öl-ÜBß") << int(Wertart::Text);
         QTest::newRow("leer") << "KontoBezeichnung" << QVariant(QString(""))
                               << QVariant(QString("")) << int(Wertart::Text);
     }
@@ -162,10 +161,10 @@ private slots:
 
         m_db->execute(QStringLiteral("INSERT INTO Konten (KontoNr, KontoJJ, %1) VALUES (?, ?, ?)")
                           .arg(spalte),
-                      {QStringLiteral("0001"), 2003, eingabe});
+                      {"0001", 2003, eingabe});
         auto c = m_db->query(
             QStringLiteral("SELECT %1 FROM Konten WHERE KontoNr = ? AND KontoJJ = ?").arg(spalte),
-            {QStringLiteral("0001"), 2003});
+            {"0001", 2003});
         QVERIFY(c->next());
         QCOMPARE(c->spaltenName(0).toLower(), spalte.toLower());
         QCOMPARE(int(c->art(0)), art);
@@ -181,62 +180,53 @@ private slots:
     void injektionBleibtText_data()
     {
         QTest::addColumn<QString>("text");
-        QTest::newRow("oder wahr") << QStringLiteral("0001' OR '1'='1");
-        QTest::newRow("drop") << QStringLiteral("';DROP TABLE x;--");
-        QTest::newRow("drop doppelt") << QStringLiteral("\");DROP TABLE x;--");
+        QTest::newRow("oder wahr") << "0001' OR '1'='1";
+        QTest::newRow("drop") << "';DROP TABLE x;--";
+        QTest::newRow("drop doppelt") << "\");DROP TABLE x;--";
         QTest::newRow("300 zeichen") << QString(300, QLatin1Char('9'));
-        QTest::newRow("umlaute") << QStringLiteral("Müllgebühr Straße ÄÖÜ");
-        QTest::newRow("nur blanks") << QStringLiteral("    ");
-        QTest::newRow("fragezeichen") << QStringLiteral("? $1 '?'");
-        QTest::newRow("backslash") << QStringLiteral("a\\'b\\");
+        QTest::newRow("umlaute") << "Müllgebühr Straße ÄÖÜ";
+        QTest::newRow("nur blanks") << "    ";
+        QTest::newRow("fragezeichen") << "? $1 '?'";
+        QTest::newRow("backslash") << "a\\'b\\";
     }
 
     void injektionBleibtText()
     {
         QFETCH(QString, text);
-        m_db->execute(QStringLiteral("INSERT INTO x (y) VALUES (1)"));
-        m_db->execute(
-            QStringLiteral("INSERT INTO Konten (KontoNr, KontoJJ) VALUES ('0001', 2003)"));
+        m_db->execute("INSERT INTO x (y) VALUES (1)");
+        m_db->execute("INSERT INTO Konten (KontoNr, KontoJJ) VALUES ('0001', 2003)");
         m_db->execute(QStringLiteral("INSERT INTO Konten (KontoNr, KontoJJ, KontoBezeichnung) "
                                      "VALUES (?, ?, ?)"),
                       {text, 2003, text});
 
-        QCOMPARE(
-            m_db->scalar(QStringLiteral("SELECT count(*) FROM Konten WHERE KontoNr = ?"), {text})
-                .toLongLong(),
-            1);
+        QCOMPARE(m_db->scalar("SELECT count(*) FROM Konten WHERE KontoNr = ?", {text}).toLongLong(),
+                 1);
         QCOMPARE(m_db->scalar(QStringLiteral("SELECT KontoBezeichnung FROM Konten "
                                              "WHERE KontoNr = ? AND KontoJJ = ?"),
                               {text, 2003})
                      .toString(),
                  text);
-        QCOMPARE(m_db->execute(QStringLiteral("UPDATE Konten SET KontoTypus = 1 WHERE KontoNr=?"),
-                               {text}),
-                 1);
-        QCOMPARE(anzahl(*m_db, QStringLiteral("Konten")), 2);
-        QVERIFY(m_db->hasTable(QStringLiteral("x")));
-        QCOMPARE(anzahl(*m_db, QStringLiteral("x")), 1);
+        QCOMPARE(m_db->execute("UPDATE Konten SET KontoTypus = 1 WHERE KontoNr=?", {text}), 1);
+        QCOMPARE(anzahl(*m_db, "Konten"), 2);
+        QVERIFY(m_db->hasTable("x"));
+        QCOMPARE(anzahl(*m_db, "x"), 1);
     }
 
     void executeUndScalar()
     {
-        const QString insert
-            = QStringLiteral("INSERT INTO Konten (KontoNr, KontoJJ, KontoTypus) VALUES (?, ?, ?)");
+        const QString insert = "INSERT INTO Konten (KontoNr, KontoJJ, KontoTypus) VALUES (?, ?, ?)";
         const qint64 rundreisen = m_db->roundTrips();
-        QCOMPARE(m_db->execute(insert, {QStringLiteral("1000"), 2003, 1}), 1);
+        QCOMPARE(m_db->execute(insert, {"1000", 2003, 1}), 1);
         // Every statement is one round trip to the server, none to the file.
         QCOMPARE(m_db->roundTrips() - rundreisen,
                  testhilfe::aktuelleEngine() == Engine::PostgreSql ? 1 : 0);
-        QCOMPARE(m_db->execute(insert, {QStringLiteral("2000"), 2003, 1}), 1);
-        QCOMPARE(m_db->execute(insert, {QStringLiteral("1000"), 2004, 1}), 1);
-        QCOMPARE(m_db->execute(QStringLiteral("UPDATE Konten SET KontoTypus = ? WHERE KontoJJ = ?"),
-                               {2, 2003}),
-                 2);
-        QCOMPARE(m_db->execute(QStringLiteral("DELETE FROM Konten WHERE KontoJJ = ?"), {1999}), 0);
-        QCOMPARE(m_db->scalar(QStringLiteral("SELECT sum(KontoTypus) FROM Konten")).toLongLong(),
-                 5);
-        const QString sql = QStringLiteral("SELECT KontoNr FROM Konten WHERE KontoNr = ?");
-        QVERIFY(m_db->scalar(sql, {QStringLiteral("a")}).isNull());
+        QCOMPARE(m_db->execute(insert, {"2000", 2003, 1}), 1);
+        QCOMPARE(m_db->execute(insert, {"1000", 2004, 1}), 1);
+        QCOMPARE(m_db->execute("UPDATE Konten SET KontoTypus = ? WHERE KontoJJ = ?", {2, 2003}), 2);
+        QCOMPARE(m_db->execute("DELETE FROM Konten WHERE KontoJJ = ?", {1999}), 0);
+        QCOMPARE(m_db->scalar("SELECT sum(KontoTypus) FROM Konten").toLongLong(), 5);
+        const QString sql = "SELECT KontoNr FROM Konten WHERE KontoNr = ?";
+        QVERIFY(m_db->scalar(sql, {"a"}).isNull());
         QVERIFY(fehlerVon([&] { m_db->query(sql, {1, 2}); }) != 0);
         QVERIFY(fehlerVon([&] { m_db->query(sql, {}); }) != 0);
     }
@@ -261,10 +251,10 @@ private slots:
                                             << QVariantList {1} << fehlernummer::FeldNichtGefunden;
         QTest::newRow("spalte fehlt insert")
             << "INSERT INTO Konten (KontoNr, KontoJJ, Fehlt) VALUES (?, ?, ?)"
-            << QVariantList {QStringLiteral("9"), 1, 1} << fehlernummer::FeldNichtGefunden;
+            << QVariantList {"9", 1, 1} << fehlernummer::FeldNichtGefunden;
         QTest::newRow("doppelter schluessel")
-            << "INSERT INTO Konten (KontoNr, KontoJJ) VALUES (?, ?)"
-            << QVariantList {QStringLiteral("0001"), 2003} << fehlernummer::DoppelterSchluessel;
+            << "INSERT INTO Konten (KontoNr, KontoJJ) VALUES (?, ?)" << QVariantList {"0001", 2003}
+            << fehlernummer::DoppelterSchluessel;
     }
 
     void fehlerZuordnung()
@@ -273,94 +263,90 @@ private slots:
         QFETCH(QVariantList, params);
         QFETCH(int, nummer);
 
-        m_db->execute(QStringLiteral("INSERT INTO Konten (KontoNr, KontoJJ) VALUES (?, ?)"),
-                      {QStringLiteral("0001"), 2003});
+        m_db->execute("INSERT INTO Konten (KontoNr, KontoJJ) VALUES (?, ?)", {"0001", 2003});
         QString text;
         QCOMPARE(fehlerVon([&] { m_db->execute(sql, params); }, &text), nummer);
         QVERIFY2(text.startsWith(RuntimeError::standardText(nummer)), qPrintable(text));
         // A cursor may report the error at its first row.
         QCOMPARE(fehlerVon([&] { m_db->query(sql, params)->next(); }), nummer);
         // Nothing half-written, and the connection goes on working.
-        QCOMPARE(anzahl(*m_db, QStringLiteral("Konten")), 1);
+        QCOMPARE(anzahl(*m_db, "Konten"), 1);
     }
 
     void andererFehlerBehaeltEngineText()
     {
         QString text;
-        const int nummer = fehlerVon([&] { m_db->execute(QStringLiteral("SELEKT 1")); }, &text);
+        const int nummer = fehlerVon([&] { m_db->execute("SELEKT 1"); }, &text);
         QVERIFY(!text.isEmpty());
         if (testhilfe::aktuelleEngine() == Engine::SqlCipher) {
             QCOMPARE(nummer, 1); // SQLITE_ERROR
-            QVERIFY2(text.contains(QLatin1String("syntax error")), qPrintable(text));
+            QVERIFY2(text.contains("syntax error"), qPrintable(text));
         } else {
             QCOMPARE(nummer, 3146);
-            QVERIFY2(text.startsWith(QLatin1String("[42601] ")), qPrintable(text));
+            QVERIFY2(text.startsWith("[42601] "), qPrintable(text));
         }
-        QCOMPARE(anzahl(*m_db, QStringLiteral("x")), 0);
+        QCOMPARE(anzahl(*m_db, "x"), 0);
     }
 
     void transaktionRolltZurueck()
     {
-        const QString insert = QStringLiteral("INSERT INTO x (y) VALUES (?)");
+        const QString insert = "INSERT INTO x (y) VALUES (?)";
         QVERIFY(!m_db->inTransaction());
         {
             Transaktion t(*m_db);
             QVERIFY(m_db->inTransaction());
             m_db->execute(insert, {1});
-            QCOMPARE(anzahl(*m_db, QStringLiteral("x")), 1);
+            QCOMPARE(anzahl(*m_db, "x"), 1);
         }
         QVERIFY(!m_db->inTransaction());
-        QCOMPARE(anzahl(*m_db, QStringLiteral("x")), 0);
+        QCOMPARE(anzahl(*m_db, "x"), 0);
         {
             Transaktion t(*m_db);
             m_db->execute(insert, {2});
             t.commit();
         }
-        QCOMPARE(anzahl(*m_db, QStringLiteral("x")), 1);
+        QCOMPARE(anzahl(*m_db, "x"), 1);
         // A failed statement inside: the destructor still rolls back cleanly.
         try {
             Transaktion t(*m_db);
             m_db->execute(insert, {3});
-            m_db->execute(QStringLiteral("INSERT INTO Fehlt (a) VALUES (?)"), {1});
+            m_db->execute("INSERT INTO Fehlt (a) VALUES (?)", {1});
             t.commit();
             QFAIL("Fehler erwartet");
         } catch (const RuntimeError &e) {
             QCOMPARE(e.nummer(), fehlernummer::TabelleNichtGefunden);
         }
         QVERIFY(!m_db->inTransaction());
-        QCOMPARE(m_db->scalar(QStringLiteral("SELECT max(y) FROM x")).toLongLong(), 2);
+        QCOMPARE(m_db->scalar("SELECT max(y) FROM x").toLongLong(), 2);
     }
 
     void andererSchreibtWartetUndMeldet()
     {
-        const QString aendern
-            = QStringLiteral("UPDATE Konten SET KontoBezeichnung = ? WHERE KontoNr = '0001'");
-        m_db->execute(
-            QStringLiteral("INSERT INTO Konten (KontoNr, KontoJJ) VALUES ('0001', 2003)"));
+        const QString aendern = "UPDATE Konten SET KontoBezeichnung = ? WHERE KontoNr = '0001'";
+        m_db->execute("INSERT INTO Konten (KontoNr, KontoJJ) VALUES ('0001', 2003)");
         Database::setWartezeit(300);
         auto wartend = Database::openSeparate(m_ort);
         Database::setWartezeit(15000);
         auto halter = Database::openSeparate(m_ort);
         halter->begin();
-        halter->execute(aendern, {QStringLiteral("halter")});
+        halter->execute(aendern, {"halter"});
         // Alone, in a transaction of its own: the wait runs out, and says so in German.
         QString text;
-        QCOMPARE(fehlerVon([&] { wartend->execute(aendern, {QStringLiteral("x")}); }, &text),
+        QCOMPARE(fehlerVon([&] { wartend->execute(aendern, {"x"}); }, &text),
                  fehlernummer::AndererSchreibt);
         QVERIFY2(text.startsWith(RuntimeError::standardText(fehlernummer::AndererSchreibt)),
                  qPrintable(text));
-        QVERIFY2(!text.contains(QLatin1String("locked")), qPrintable(text));
+        QVERIFY2(!text.contains("locked"), qPrintable(text));
         QCOMPARE(fehlerVon([&] {
                      Transaktion t(*wartend);
-                     wartend->execute(aendern, {QStringLiteral("x")});
+                     wartend->execute(aendern, {"x"});
                      t.commit();
                  }),
                  fehlernummer::AndererSchreibt);
         halter->commit();
         // Once the other is done, the same connection writes.
-        wartend->execute(aendern, {QStringLiteral("danach")});
-        QCOMPARE(m_db->scalar(QStringLiteral("SELECT KontoBezeichnung FROM Konten")).toString(),
-                 QStringLiteral("danach"));
+        wartend->execute(aendern, {"danach"});
+        QCOMPARE(m_db->scalar("SELECT KontoBezeichnung FROM Konten").toString(), "danach");
     }
 
     void rechteDerRolle_data()
@@ -387,8 +373,7 @@ private slots:
             if (!recht.isEmpty())
                 m_db->execute(QStringLiteral("GRANT %1 ON Konten TO %2").arg(recht, rolle));
             QString uri = m_ort;
-            uri.replace(QRegularExpression(QStringLiteral("user=[^&]*")),
-                        QStringLiteral("user=") + rolle);
+            uri.replace(QRegularExpression("user=[^&]*"), QStringLiteral("user=") + rolle);
             db = Database::openSeparate(uri);
             QCOMPARE(db->benutzer(), rolle);
         } else if (!lesen) {
@@ -396,21 +381,21 @@ private slots:
         } else if (!aendern) {
             db = Database::openReadOnly(m_ort);
         }
-        const auto r = db->rechte(QStringLiteral("konten"));
+        const auto r = db->rechte("konten");
         QVERIFY(r);
         QCOMPARE(r->lesen, lesen);
         QCOMPARE(r->aendern, aendern);
         QCOMPARE(r->einfuegen, aendern);
         QCOMPARE(r->loeschen, aendern);
-        QVERIFY(!db->rechte(QStringLiteral("GibtEsNicht")));
+        QVERIFY(!db->rechte("GibtEsNicht"));
         if (testhilfe::aktuelleEngine() == Engine::PostgreSql && !aendern) {
             // What the server refuses is said in German, naming the role.
             QString text;
             const auto versuch = [&] {
                 if (lesen)
-                    db->execute(QStringLiteral("DELETE FROM Konten"));
+                    db->execute("DELETE FROM Konten");
                 else
-                    db->query(QStringLiteral("SELECT * FROM Konten"))->next();
+                    db->query("SELECT * FROM Konten")->next();
             };
             QCOMPARE(fehlerVon(versuch, &text), fehlernummer::KeineBerechtigung);
             QVERIFY2(text.contains(db->benutzer()), qPrintable(text));
@@ -440,9 +425,8 @@ private slots:
         testhilfe::Schreibfehler schicht;
         auto db = Database::openSeparate(m_ort);
         testhilfe::Schreibfehler::s_fehler = fehler;
-        const QString neu = QStringLiteral("UPDATE Konten SET KontoBezeichnung = 'neu'");
-        const QString dazu
-            = QStringLiteral("INSERT INTO Konten (KontoNr, KontoJJ) VALUES ('0002', 1)");
+        const QString neu = "UPDATE Konten SET KontoBezeichnung = 'neu'";
+        const QString dazu = "INSERT INTO Konten (KontoNr, KontoJJ) VALUES ('0002', 1)";
         QString text;
         QCOMPARE(fehlerVon([&] { db->execute(neu); }, &text), nummer);
         QVERIFY2(text.startsWith(anfang), qPrintable(text));
@@ -455,12 +439,10 @@ private slots:
                  nummer);
         testhilfe::Schreibfehler::s_fehler = SQLITE_OK;
         // Nothing half-written, and once there is room again the same connection saves.
-        QCOMPARE(m_db->scalar(QStringLiteral("SELECT KontoBezeichnung FROM Konten")).toString(),
-                 QStringLiteral("alt"));
-        QCOMPARE(anzahl(*m_db, QStringLiteral("Konten")), 1);
+        QCOMPARE(m_db->scalar("SELECT KontoBezeichnung FROM Konten").toString(), "alt");
+        QCOMPARE(anzahl(*m_db, "Konten"), 1);
         db->execute(neu);
-        QCOMPARE(m_db->scalar(QStringLiteral("SELECT KontoBezeichnung FROM Konten")).toString(),
-                 QStringLiteral("neu"));
+        QCOMPARE(m_db->scalar("SELECT KontoBezeichnung FROM Konten").toString(), "neu");
     }
 
     void anmeldungUndTls_data()
@@ -502,10 +484,10 @@ private slots:
         const QString dir = qEnvironmentVariable("ZEP_TEST_PG_TLS");
         if (testhilfe::aktuelleEngine() != Engine::PostgreSql || dir.isEmpty())
             QSKIP("needs the TLS cluster of scripts/pg-test-cluster start-tls in ZEP_TEST_PG_TLS");
-        QFile portDatei(dir + QStringLiteral("/port"));
+        QFile portDatei(dir + "/port");
         QVERIFY(portDatei.open(QIODevice::ReadOnly));
-        adresse.replace(QLatin1String("PORT"), QString::fromLatin1(portDatei.readAll().trimmed()))
-            .replace(QLatin1String("DIR"), dir);
+        adresse.replace("PORT", QString::fromLatin1(portDatei.readAll().trimmed()))
+            .replace("DIR", dir);
         qputenv("PGPASSFILE", "/nonexistent");
         if (kennwort.isEmpty())
             qunsetenv("PGPASSWORD");
@@ -518,9 +500,9 @@ private slots:
         QString meldung;
         QCOMPARE(fehlerVon([&] { Database::openSeparate(adresse); }, &meldung), nummer);
         QVERIFY2(meldung.contains(text), qPrintable(meldung));
-        QVERIFY2(!meldung.contains(QLatin1String("heim")), qPrintable(meldung));
+        QVERIFY2(!meldung.contains("heim"), qPrintable(meldung));
         // libpq tries a host twice (with and without TLS, IPv6 and IPv4): its reason is said once.
-        QVERIFY2(meldung.count(QLatin1String("failed")) <= 1, qPrintable(meldung));
+        QVERIFY2(meldung.count("failed") <= 1, qPrintable(meldung));
     }
 
     // The screen asks for a password no other way gave, and again after a wrong one.
@@ -529,7 +511,7 @@ private slots:
         const QString dir = qEnvironmentVariable("ZEP_TEST_PG_TLS");
         if (testhilfe::aktuelleEngine() != Engine::PostgreSql || dir.isEmpty())
             QSKIP("needs the TLS cluster of scripts/pg-test-cluster start-tls in ZEP_TEST_PG_TLS");
-        QFile portDatei(dir + QStringLiteral("/port"));
+        QFile portDatei(dir + "/port");
         QVERIFY(portDatei.open(QIODevice::ReadOnly));
         const QString adresse = QStringLiteral("postgresql://zeppw@localhost:%1/postgres?"
                                                "sslmode=verify-full&sslrootcert=%2/ca.crt&"
@@ -541,18 +523,17 @@ private slots:
         PostgresDatabase::setKennwortAbfrage(
             [&](const QString &benutzer, const QString &server, const QString &grund) {
                 fragen << benutzer + QLatin1Char('@') + server + QLatin1Char('|') + grund;
-                return std::optional<QString>(fragen.size() == 1 ? QStringLiteral("Xfalsch9")
-                                                                 : QStringLiteral("zep-Kennwort"));
+                return std::optional<QString>(fragen.size() == 1 ? "Xfalsch9" : "zep-Kennwort");
             });
         const auto zurueck = qScopeGuard([] {
             PostgresDatabase::setKennwortAbfrage({});
             qunsetenv("PGPASSFILE");
         });
         auto db = Database::openSeparate(adresse);
-        QCOMPARE(db->benutzer(), QStringLiteral("zeppw"));
+        QCOMPARE(db->benutzer(), "zeppw");
         QCOMPARE(fragen.size(), 2);
-        QCOMPARE(fragen.at(0), QStringLiteral("zeppw@localhost|"));
-        QVERIFY2(fragen.at(1).contains(QLatin1String("abgelehnt")), qPrintable(fragen.at(1)));
+        QCOMPARE(fragen.at(0), "zeppw@localhost|");
+        QVERIFY2(fragen.at(1).contains("abgelehnt"), qPrintable(fragen.at(1)));
         // Asked once per process: the next connection to the address uses what was typed.
         Database::openSeparate(adresse);
         QCOMPARE(fragen.size(), 2);
@@ -560,28 +541,26 @@ private slots:
 
     void schemaFragen()
     {
-        QVERIFY(m_db->hasTable(QStringLiteral("Konten")));
-        QVERIFY(m_db->hasTable(QStringLiteral("KONTEN")));
-        QVERIFY(m_db->hasTable(QStringLiteral("konten")));
-        QVERIFY(!m_db->hasTable(QStringLiteral("Fehlt")));
-        QVERIFY(!m_db->hasTable(QStringLiteral("Konten' OR '1'='1")));
+        QVERIFY(m_db->hasTable("Konten"));
+        QVERIFY(m_db->hasTable("KONTEN"));
+        QVERIFY(m_db->hasTable("konten"));
+        QVERIFY(!m_db->hasTable("Fehlt"));
+        QVERIFY(!m_db->hasTable("Konten' OR '1'='1"));
 
-        QStringList spalten = m_db->columns(QStringLiteral("kOnTeN"));
+        QStringList spalten = m_db->columns("kOnTeN");
         for (QString &s : spalten)
             s = s.toLower();
         QCOMPARE(spalten,
                  QStringList({"kontonr", "kontojj", "kontobezeichnung", "kontotypus", "kontobetrag",
                               "kontodatum"}));
-        QStringList schluessel = m_db->primaryKey(QStringLiteral("Konten"));
+        QStringList schluessel = m_db->primaryKey("Konten");
         for (QString &s : schluessel)
             s = s.toLower();
         QCOMPARE(schluessel, QStringList({"kontonr", "kontojj"}));
-        QVERIFY(m_db->primaryKey(QStringLiteral("x")).isEmpty());
+        QVERIFY(m_db->primaryKey("x").isEmpty());
 
-        QCOMPARE(fehlerVon([&] { m_db->columns(QStringLiteral("Fehlt")); }),
-                 fehlernummer::TabelleNichtGefunden);
-        QCOMPARE(fehlerVon([&] { m_db->primaryKey(QStringLiteral("Fehlt")); }),
-                 fehlernummer::TabelleNichtGefunden);
+        QCOMPARE(fehlerVon([&] { m_db->columns("Fehlt"); }), fehlernummer::TabelleNichtGefunden);
+        QCOMPARE(fehlerVon([&] { m_db->primaryKey("Fehlt"); }), fehlernummer::TabelleNichtGefunden);
     }
 
     void registryTeiltVerbindung()
@@ -593,8 +572,8 @@ private slots:
         auto eigene = Database::openSeparate(m_ort);
         QVERIFY(eigene.get() != m_db.get());
         // A second user sees committed rows of the first.
-        m_db->execute(QStringLiteral("INSERT INTO x (y) VALUES (?)"), {42});
-        QCOMPARE(eigene->scalar(QStringLiteral("SELECT y FROM x")).toLongLong(), 42);
+        m_db->execute("INSERT INTO x (y) VALUES (?)", {42});
+        QCOMPARE(eigene->scalar("SELECT y FROM x").toLongLong(), 42);
 
         if (testhilfe::aktuelleEngine() == Engine::SqlCipher) {
             // The same file under another spelling of its path is the same database.
@@ -602,7 +581,7 @@ private slots:
             const QString umweg = info.absolutePath() + QStringLiteral("/./") + info.fileName();
             QCOMPARE(Database::open(umweg).get(), m_db.get());
             // A wrong password does not get the shared connection.
-            QCOMPARE(fehlerVon([&] { Database::open(m_ort, QStringLiteral("falsch")); }),
+            QCOMPARE(fehlerVon([&] { Database::open(m_ort, "falsch"); }),
                      fehlernummer::UngueltigesKennwort);
         }
     }
@@ -610,8 +589,8 @@ private slots:
     void gleicheAnweisungZweiCursor()
     {
         for (int i = 1; i <= 3; ++i)
-            m_db->execute(QStringLiteral("INSERT INTO x (y) VALUES (?)"), {i});
-        const QString sql = QStringLiteral("SELECT y FROM x WHERE y >= ? ORDER BY y");
+            m_db->execute("INSERT INTO x (y) VALUES (?)", {i});
+        const QString sql = "SELECT y FROM x WHERE y >= ? ORDER BY y";
         auto a = m_db->query(sql, {1});
         QVERIFY(a->next());
         auto b = m_db->query(sql, {2});
@@ -631,9 +610,9 @@ private slots:
 
     void cursorUeberlebtVerbindung()
     {
-        m_db->execute(QStringLiteral("INSERT INTO x (y) VALUES (7), (8)"));
+        m_db->execute("INSERT INTO x (y) VALUES (7), (8)");
         auto eigene = Database::openSeparate(m_ort);
-        auto c = eigene->query(QStringLiteral("SELECT y FROM x WHERE y > ? ORDER BY y"), {0});
+        auto c = eigene->query("SELECT y FROM x WHERE y > ? ORDER BY y", {0});
         QVERIFY(c->next());
         eigene.reset();
         QCOMPARE(c->ganzzahl(0), 7);
@@ -641,7 +620,7 @@ private slots:
         QCOMPARE(c->ganzzahl(0), 8);
         if (testhilfe::aktuelleEngine() == Engine::SqlCipher) {
             g_bisZumEnde = Database::openSeparate(m_ort);
-            g_cursorBisZumEnde = g_bisZumEnde->query(QStringLiteral("SELECT y FROM x"));
+            g_cursorBisZumEnde = g_bisZumEnde->query("SELECT y FROM x");
             QVERIFY(g_cursorBisZumEnde->next());
         }
     }
@@ -686,8 +665,7 @@ private slots:
             = QStringLiteral("SELECT y, CASE WHEN y = ? THEN "
                              "abs(y * 0 - 9223372036854775807 - 1) ELSE y END AS z "
                              "FROM x");
-        const QString einfuegen
-            = QStringLiteral("INSERT INTO Konten (KontoNr, KontoJJ) VALUES (?, ?)");
+        const QString einfuegen = "INSERT INTO Konten (KontoNr, KontoJJ) VALUES (?, ?)";
         std::unique_ptr<Cursor> c;
         int gelesen = 0;
         int fehler = 0;
@@ -695,11 +673,10 @@ private slots:
             c = m_db->query(abfrage, {fehlerBei});
             while (aufgebenNach < 0 || gelesen < aufgebenNach) {
                 if (gelesen == dazwischenNach) {
-                    m_db->execute(einfuegen, {QStringLiteral("0001"), 2003});
-                    QCOMPARE(anzahl(*m_db, QStringLiteral("Konten")), 1);
+                    m_db->execute(einfuegen, {"0001", 2003});
+                    QCOMPARE(anzahl(*m_db, "Konten"), 1);
                     // Outside a transaction the row is committed at once.
-                    QCOMPARE(anzahl(*Database::openSeparate(m_ort), QStringLiteral("Konten")),
-                             transaktion ? 0 : 1);
+                    QCOMPARE(anzahl(*Database::openSeparate(m_ort), "Konten"), transaktion ? 0 : 1);
                     // The row read before stays readable.
                     if (gelesen > 0)
                         QCOMPARE(c->ganzzahl(1), gelesen);
@@ -724,16 +701,16 @@ private slots:
 
         // The connection serves the next statement; the caller's transaction is the caller's.
         if (t && fehler == 0) {
-            m_db->execute(einfuegen, {QStringLiteral("0002"), 2003});
+            m_db->execute(einfuegen, {"0002", 2003});
             t->commit();
         }
         t.reset();
         QVERIFY(!m_db->inTransaction());
-        QCOMPARE(anzahl(*m_db, QStringLiteral("x")), Zeilen);
+        QCOMPARE(anzahl(*m_db, "x"), Zeilen);
         const bool verworfen = transaktion && fehler;
         const qint64 konten = verworfen ? 0 : qint64(dazwischenNach >= 0) + qint64(transaktion);
-        QCOMPARE(anzahl(*m_db, QStringLiteral("Konten")), konten);
-        QCOMPARE(anzahl(*Database::openSeparate(m_ort), QStringLiteral("Konten")), konten);
+        QCOMPARE(anzahl(*m_db, "Konten"), konten);
+        QCOMPARE(anzahl(*Database::openSeparate(m_ort), "Konten"), konten);
     }
 
     void verbindungsabbruchUndWiederherstellung()
@@ -741,19 +718,18 @@ private slots:
         if (testhilfe::aktuelleEngine() != Engine::PostgreSql)
             QSKIP("Eine eingebettete Datei hat keine Serververbindung, die abbrechen könnte.");
         auto opfer = Database::openSeparate(m_ort);
-        const qint64 pid = opfer->scalar(QStringLiteral("SELECT pg_backend_pid()")).toLongLong();
-        QVERIFY(
-            m_db->scalar(QStringLiteral("SELECT pg_terminate_backend(?::int)"), {pid}).toBool());
+        const qint64 pid = opfer->scalar("SELECT pg_backend_pid()").toLongLong();
+        QVERIFY(m_db->scalar("SELECT pg_terminate_backend(?::int)", {pid}).toBool());
 
         QString text;
-        QCOMPARE(fehlerVon([&] { opfer->scalar(QStringLiteral("SELECT 1")); }, &text),
+        QCOMPARE(fehlerVon([&] { opfer->scalar("SELECT 1"); }, &text),
                  fehlernummer::DatenbankNichtErreichbar);
         QVERIFY2(
             text.startsWith(RuntimeError::standardText(fehlernummer::DatenbankNichtErreichbar)),
             qPrintable(text));
         // The next call reconnects.
-        QCOMPARE(opfer->scalar(QStringLiteral("SELECT count(*) FROM x")).toLongLong(), 0);
-        QVERIFY(opfer->scalar(QStringLiteral("SELECT pg_backend_pid()")).toLongLong() != pid);
+        QCOMPARE(opfer->scalar("SELECT count(*) FROM x").toLongLong(), 0);
+        QVERIFY(opfer->scalar("SELECT pg_backend_pid()").toLongLong() != pid);
 
         // A server that cannot be reached at all is said so at start, with its socket.
         QCOMPARE(fehlerVon(
@@ -776,17 +752,18 @@ private slots:
         QTest::addColumn<QString>("text"); // how the message starts; the number's text when empty
         const int kennwort = fehlernummer::UngueltigesKennwort;
         const QString dbpw = platform::storage::DBPasswort;
-        QTest::newRow("falsch") << "neu" << QStringLiteral("falsch") << kennwort << QString();
+        QTest::newRow("falsch") << "neu"
+                                << "falsch" << kennwort << QString();
         QTest::newRow("fehlt") << "neu" << QString() << kennwort << QString();
-        QTest::newRow("mit blank")
-            << "neu" << QStringLiteral("kellerabteil4 ") << kennwort << QString();
-        QTest::newRow("grossbuchstaben")
-            << "neu" << QStringLiteral("KELLERABTEIL4") << kennwort << QString();
-        QTest::newRow("mit hochkomma")
-            << "neu" << QStringLiteral("kellerabteil4'; --") << kennwort << QString();
+        QTest::newRow("mit blank") << "neu"
+                                   << "kellerabteil4 " << kennwort << QString();
+        QTest::newRow("grossbuchstaben") << "neu"
+                                         << "KELLERABTEIL4" << kennwort << QString();
+        QTest::newRow("mit hochkomma") << "neu"
+                                       << "kellerabteil4'; --" << kennwort << QString();
         // A wrong key must not start the move of an old file.
-        QTest::newRow("altes format, falsch")
-            << "alt" << QStringLiteral("falsch") << kennwort << QString();
+        QTest::newRow("altes format, falsch") << "alt"
+                                              << "falsch" << kennwort << QString();
         QTest::newRow("altes format, fehlt") << "alt" << QString() << kennwort << QString();
         // Files that are not ours, or no longer whole, are named as such.
         QTest::newRow("unverschluesselt mit kennwort")
@@ -858,42 +835,40 @@ private slots:
         if (text.isEmpty())
             text = RuntimeError::standardText(fehler);
         QVERIFY2(meldung.startsWith(text), qPrintable(meldung));
-        QVERIFY2(!meldung.contains(QLatin1String("Ungültiges Kennwort")), qPrintable(meldung));
+        QVERIFY2(!meldung.contains("Ungültiges Kennwort"), qPrintable(meldung));
         QCOMPARE(fehlerVon([&] { Database::openSeparate(pfad, passwort); }), fehler);
 
         QCOMPARE(dateiHash(pfad), vorher);
         QCOMPARE(QFileInfo(pfad).size(), groesse);
         QVERIFY(!nebendateienDa(pfad));
-        QVERIFY(!QFileInfo::exists(pfad + QStringLiteral(".umstellung")));
+        QVERIFY(!QFileInfo::exists(pfad + ".umstellung"));
         if (datei == u"neu") // The right key still opens it.
-            QCOMPARE(anzahl(*Database::openSeparate(pfad), QStringLiteral("Salden")), 2);
+            QCOMPARE(anzahl(*Database::openSeparate(pfad), "Salden"), 2);
     }
 
     void fehlenderOrtUndVorhandeneDatei()
     {
-        const QString pfad = testhilfe::neueDatenbank(Engine::SqlCipher) + QStringLiteral(".fehlt");
+        const QString pfad = testhilfe::neueDatenbank(Engine::SqlCipher) + ".fehlt";
         QCOMPARE(fehlerVon([&] { Database::open(pfad); }), fehlernummer::DateiNichtGefunden);
         QCOMPARE(fehlerVon([&] { Database::openSeparate(pfad); }),
                  fehlernummer::DateiNichtGefunden);
         QVERIFY(!QFileInfo::exists(pfad));
-        QCOMPARE(fehlerVon([&] { Database::open(QStringLiteral("/nonexistent/dir/x.zkdb")); }),
+        QCOMPARE(fehlerVon([&] { Database::open("/nonexistent/dir/x.zkdb"); }),
                  fehlernummer::DateiNichtGefunden);
         // Creating never overwrites a file that is there.
         const QString vorhanden = dateiMitDaten();
         const QByteArray vorher = dateiHash(vorhanden);
         QVERIFY(fehlerVon([&] { Database::create(vorhanden); }) != 0);
         QCOMPARE(dateiHash(vorhanden), vorher);
-        QVERIFY(fehlerVon([&] { Database::create(QStringLiteral("/nonexistent/dir/x.zkdb")); })
-                != 0);
+        QVERIFY(fehlerVon([&] { Database::create("/nonexistent/dir/x.zkdb"); }) != 0);
 
         if (testhilfe::aktuelleEngine() == Engine::PostgreSql) {
             QString uri = m_ort;
-            uri.replace(QRegularExpression(QStringLiteral("/zt_[^?]*")),
-                        QStringLiteral("/zt_gibtesnicht"));
+            uri.replace(QRegularExpression("/zt_[^?]*"), "/zt_gibtesnicht");
             QString text;
             QCOMPARE(fehlerVon([&] { Database::open(uri); }, &text),
                      fehlernummer::DatenbankNichtErreichbar);
-            QVERIFY2(text.contains(QLatin1String("zt_gibtesnicht")), qPrintable(text));
+            QVERIFY2(text.contains("zt_gibtesnicht"), qPrintable(text));
         }
     }
 
@@ -911,14 +886,13 @@ private slots:
             QVERIFY(f.open(QIODevice::ReadOnly));
             QVERIFY(f.read(15) != "SQLite format 3");
         }
-        QVERIFY(!QFileInfo::exists(pfad + QStringLiteral(".verschluesseln")));
+        QVERIFY(!QFileInfo::exists(pfad + ".verschluesseln"));
         {
             auto db = Database::openSeparate(pfad);
-            QCOMPARE(anzahl(*db, QStringLiteral("Salden")), 2);
-            QCOMPARE(db->scalar(QStringLiteral("SELECT Text FROM Salden WHERE SaldoNr=?"), {1})
-                         .toString(),
-                     QStringLiteral("Grünfläche"));
-            QCOMPARE(db->primaryKey(QStringLiteral("salden")), QStringList {"SaldoNr"});
+            QCOMPARE(anzahl(*db, "Salden"), 2);
+            QCOMPARE(db->scalar("SELECT Text FROM Salden WHERE SaldoNr=?", {1}).toString(),
+                     "Grünfläche");
+            QCOMPARE(db->primaryKey("salden"), QStringList {"SaldoNr"});
         }
         QCOMPARE(fehlerVon([&] { Database::openSeparate(pfad, QString()); }),
                  fehlernummer::UngueltigesKennwort);
@@ -928,7 +902,7 @@ private slots:
         QCOMPARE(nummer, fehlernummer::UngueltigesKennwort);
         QCOMPARE(dateiHash(pfad), vorher);
         QVERIFY(!nebendateienDa(pfad));
-        QCOMPARE(fehlerVon([&] { Database::verschluesseln(pfad + QStringLiteral("x")); }),
+        QCOMPARE(fehlerVon([&] { Database::verschluesseln(pfad + "x"); }),
                  fehlernummer::DateiNichtGefunden);
     }
 
@@ -954,7 +928,7 @@ private slots:
         QFETCH(bool, sofort);
         using Format = SqlCipherDatabase::Format;
         const QString pfad = altformatKopie(m_dir, mitWal);
-        const QString kopie = pfad + QStringLiteral(".umstellung");
+        const QString kopie = pfad + ".umstellung";
         SqlCipherDatabase::Zeiger anderer;
         if (hindernis == u"gehalten")
             anderer = SqlCipherDatabase::oeffnenNurLesen(pfad, platform::storage::DBPasswort);
@@ -966,17 +940,16 @@ private slots:
             auto db = SqlCipherDatabase::oeffnen(pfad, platform::storage::DBPasswort);
             QCOMPARE(db->format(), sofort ? Format::Aktuell : Format::Alt);
             QCOMPARE(zeilenJeTabelle(*db), erwartet);
-            QCOMPARE(db->scalar(QStringLiteral("PRAGMA integrity_check")).toString(), "ok");
+            QCOMPARE(db->scalar("PRAGMA integrity_check").toString(), "ok");
             QCOMPARE(db->scalar(QStringLiteral("SELECT KontoBezeichnung FROM ObjKanzleiKontenstamm "
                                                "WHERE KontoNr = ? AND KontoJJ = ?"),
-                                {QStringLiteral("0010"), 2026})
+                                {"0010", 2026})
                          .toString(),
-                     mitWal ? QStringLiteral("EDV-Software, geändert vor dem Absturz")
-                            : QStringLiteral("EDV-Software und Lizenzen"));
-            db->execute(
-                QStringLiteral("INSERT INTO KreditorenSalden (KsKontoNr, KsJJ) VALUES (?, ?)"),
-                {88888, 2026});
-            ++erwartet[QStringLiteral("KreditorenSalden")];
+                     mitWal ? "EDV-Software, geändert vor dem Absturz"
+                            : "EDV-Software und Lizenzen");
+            db->execute("INSERT INTO KreditorenSalden (KsKontoNr, KsJJ) VALUES (?, ?)",
+                        {88888, 2026});
+            ++erwartet["KreditorenSalden"];
         }
         anderer.reset();
         QDir().rmdir(kopie);
@@ -984,12 +957,11 @@ private slots:
         auto db = SqlCipherDatabase::oeffnen(pfad, platform::storage::DBPasswort);
         QCOMPARE(db->format(), Format::Aktuell);
         QCOMPARE(zeilenJeTabelle(*db), erwartet);
-        QVERIFY(db->scalar(QStringLiteral("PRAGMA cipher_version")).toString().startsWith("4."));
-        QCOMPARE(db->scalar(QStringLiteral("PRAGMA cipher_kdf_algorithm")).toString(),
-                 "PBKDF2_HMAC_SHA512");
-        QCOMPARE(db->scalar(QStringLiteral("PRAGMA kdf_iter")).toInt(), 256000);
+        QVERIFY(db->scalar("PRAGMA cipher_version").toString().startsWith("4."));
+        QCOMPARE(db->scalar("PRAGMA cipher_kdf_algorithm").toString(), "PBKDF2_HMAC_SHA512");
+        QCOMPARE(db->scalar("PRAGMA kdf_iter").toInt(), 256000);
         QVERIFY(!QFileInfo::exists(kopie));
-        QVERIFY(!QFileInfo::exists(pfad + QStringLiteral(".vor-umstellung")));
+        QVERIFY(!QFileInfo::exists(pfad + ".vor-umstellung"));
     }
 
     // Looking into a file of the old format leaves it as it is.
@@ -1003,11 +975,11 @@ private slots:
             auto db = SqlCipherDatabase::oeffnenNurLesen(pfad, platform::storage::DBPasswort);
             QCOMPARE(db->format(), SqlCipherDatabase::Format::Alt);
             QCOMPARE(zeilenJeTabelle(*db), altformatZeilen(false));
-            QVERIFY(fehlerVon([&] { db->execute(QStringLiteral("DELETE FROM BilanzPos")); }) != 0);
+            QVERIFY(fehlerVon([&] { db->execute("DELETE FROM BilanzPos"); }) != 0);
         }
         QCOMPARE(dateiHash(pfad), vorher);
         // SQLite may leave an empty WAL and its index beside a file it read in WAL mode.
-        QCOMPARE(QFileInfo(pfad + QStringLiteral("-wal")).size(), 0);
+        QCOMPARE(QFileInfo(pfad + "-wal").size(), 0);
     }
 
     // A file in a folder the user may not write (a CD, a share without write rights) opens for
@@ -1018,9 +990,9 @@ private slots:
             QSKIP("Nur Dateien");
         if (::geteuid() == 0)
             QSKIP("Für root gilt kein Schreibschutz.");
-        const QString ordner = m_dir.filePath(QStringLiteral("nurlesen"));
+        const QString ordner = m_dir.filePath("nurlesen");
         QVERIFY(QDir().mkdir(ordner));
-        const QString pfad = ordner + QStringLiteral("/daten.zdb");
+        const QString pfad = ordner + "/daten.zdb";
         QVERIFY(QFile::copy(dateiMitDaten(), pfad));
         const QByteArray vorher = dateiHash(pfad);
         const auto rechte = QFile::permissions(ordner);
@@ -1028,8 +1000,8 @@ private slots:
         for (int mal = 0; mal < 2; ++mal) {
             auto db = Database::open(pfad);
             QVERIFY(db->schreibgeschuetzt());
-            QCOMPARE(anzahl(*db, QStringLiteral("Salden")), 2);
-            QVERIFY(fehlerVon([&] { db->execute(QStringLiteral("DELETE FROM Salden")); }) != 0);
+            QCOMPARE(anzahl(*db, "Salden"), 2);
+            QVERIFY(fehlerVon([&] { db->execute("DELETE FROM Salden"); }) != 0);
         }
         QFile::setPermissions(ordner, rechte);
         QCOMPARE(dateiHash(pfad), vorher);
