@@ -532,6 +532,21 @@ private slots:
         QCOMPARE(nr(), 2);
         QCOMPARE(m_db->scalar("SELECT COUNT(*) FROM DcTest").toLongLong(), 2);
         QCOMPARE(updates(), 0);
+        // A delete the database refuses is its own error, not a question about another user.
+        if (testhilfe::aktuelleEngine() == Engine::SqlCipher) {
+            m_db->execute("CREATE TRIGGER DcSperre BEFORE DELETE ON DcTest "
+                          "BEGIN SELECT RAISE(ABORT, 'gesperrt'); END");
+        } else {
+            m_db->execute("CREATE FUNCTION dcsperre() RETURNS trigger AS $$ BEGIN "
+                          "RAISE EXCEPTION 'gesperrt'; END $$ LANGUAGE plpgsql");
+            m_db->execute("CREATE TRIGGER DcSperre BEFORE DELETE ON DcTest FOR EACH ROW "
+                          "EXECUTE FUNCTION dcsperre()");
+        }
+        const int nummer = fehlerVon([&] { m_dc->rs().Delete(); });
+        QVERIFY2(nummer != 0 && nummer != fehlernummer::DatensatzGeaendert,
+                 qPrintable(QString::number(nummer)));
+        QCOMPARE(m_boxen->anzahl(), 0);
+        QCOMPARE(nr(), 2);
     }
 
     void navigationsleiste()
