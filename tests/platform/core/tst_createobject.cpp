@@ -1,9 +1,11 @@
+#include "common/Fehlernummer.h"
 #include "platform/core/CreateObject.h"
 #include "platform/core/RuntimeError.h"
 
 #include <QtTest>
 
 using namespace platform;
+using testhilfe::fehlerVon;
 
 class Fake : public QObject
 {
@@ -15,7 +17,7 @@ public:
     Q_INVOKABLE QString verbinden(const QString &a, int n) { return a.repeated(n); }
     Q_INVOKABLE void merken(const QString &s) { m_gemerkt = s; }
     Q_INVOKABLE qint16 kurz() { return -1; }
-    Q_INVOKABLE void werfen() { throw RuntimeError(3021, QStringLiteral("kein Satz")); }
+    Q_INVOKABLE void werfen() { throw RuntimeError(3021, "kein Satz"); }
     QString m_gemerkt;
     int m_zahl = 0;
 };
@@ -24,165 +26,128 @@ class tst_CreateObject : public QObject
 {
     Q_OBJECT
 private slots:
-    void unbekannteKennungGibt429();
-    void registrierteKennungOhneRuecksichtAufSchreibweise();
-    void leereFabrikGibt429();
-    void registrierungAufZeitStelltWiederHer();
-    void aufrufen_data();
-    void aufrufen();
-    void aufrufFehler_data();
-    void aufrufFehler();
-    void fehlerDerMethodeKommtDurch();
-    void eigenschaften();
-};
-
-static int fehlerNummer(const std::function<void()> &f)
-{
-    try {
-        f();
-    } catch (const RuntimeError &e) {
-        return e.nummer();
-    }
-    return 0;
-}
-
-void tst_CreateObject::unbekannteKennungGibt429()
-{
-    try {
-        CreateObject(QStringLiteral("gibtEsNicht.Klasse"));
-        QFAIL("kein Fehler");
-    } catch (const RuntimeError &e) {
-        QCOMPARE(e.nummer(), 429);
-        QCOMPARE(e.beschreibung(),
-                 QStringLiteral("Objekterstellung durch ActiveX-Komponente nicht möglich"));
-    }
-}
-
-void tst_CreateObject::registrierteKennungOhneRuecksichtAufSchreibweise()
-{
-    registriereKomponente(QStringLiteral("zelTest"), [] { return std::make_unique<Fake>(); });
-    auto o = CreateObject(QStringLiteral("ZELTEST"));
-    QVERIFY(qobject_cast<Fake *>(o.get()));
-    QVERIFY(komponenteRegistriert(QStringLiteral("zeltest")));
-    entferneKomponente(QStringLiteral("ZelTest"));
-    QCOMPARE(fehlerNummer([] { CreateObject(QStringLiteral("zelTest")); }), 429);
-}
-
-void tst_CreateObject::leereFabrikGibt429()
-{
-    KomponentenRegistrierung r(QStringLiteral("leer"), [] { return std::unique_ptr<QObject>(); });
-    QCOMPARE(fehlerNummer([] { CreateObject(QStringLiteral("leer")); }), 429);
-    KomponentenRegistrierung r2(QStringLiteral("nichts"), Komponentenfabrik());
-    QCOMPARE(fehlerNummer([] { CreateObject(QStringLiteral("nichts")); }), 429);
-}
-
-void tst_CreateObject::registrierungAufZeitStelltWiederHer()
-{
-    registriereKomponente(QStringLiteral("zelAbrPosStamm"), [] {
-        auto o = std::make_unique<QObject>();
-        o->setObjectName(QStringLiteral("echt"));
-        return o;
-    });
+    void kennungen()
     {
-        KomponentenRegistrierung fake(QStringLiteral("zelAbrPosStamm"), [] {
+        QString text;
+        QCOMPARE(fehlerVon([] { CreateObject("gibtEsNicht.Klasse"); }, &text), 429);
+        QCOMPARE(text, "Objekterstellung durch ActiveX-Komponente nicht möglich");
+        // Names are compared without regard to case.
+        registriereKomponente("zelTest", [] { return std::make_unique<Fake>(); });
+        QVERIFY(qobject_cast<Fake *>(CreateObject("ZELTEST").get()));
+        QVERIFY(komponenteRegistriert("zeltest"));
+        entferneKomponente("ZelTest");
+        QCOMPARE(fehlerVon([] { CreateObject("zelTest"); }), 429);
+        // A factory that makes nothing, or none at all.
+        KomponentenRegistrierung r("leer", [] { return std::unique_ptr<QObject>(); });
+        QCOMPARE(fehlerVon([] { CreateObject("leer"); }), 429);
+        KomponentenRegistrierung r2("nichts", Komponentenfabrik());
+        QCOMPARE(fehlerVon([] { CreateObject("nichts"); }), 429);
+    }
+
+    void registrierungAufZeitStelltWiederHer()
+    {
+        registriereKomponente("zelAbrPosStamm", [] {
             auto o = std::make_unique<QObject>();
-            o->setObjectName(QStringLiteral("fake"));
+            o->setObjectName("echt");
             return o;
         });
-        QCOMPARE(CreateObject(QStringLiteral("zelAbrPosStamm"))->objectName(), "fake");
-        KomponentenRegistrierung neu(QStringLiteral("zelNeu"),
-                                     [] { return std::make_unique<QObject>(); });
-        QVERIFY(komponenteRegistriert(QStringLiteral("zelNeu")));
+        {
+            KomponentenRegistrierung fake("zelAbrPosStamm", [] {
+                auto o = std::make_unique<QObject>();
+                o->setObjectName("fake");
+                return o;
+            });
+            QCOMPARE(CreateObject("zelAbrPosStamm")->objectName(), "fake");
+            KomponentenRegistrierung neu("zelNeu", [] { return std::make_unique<QObject>(); });
+            QVERIFY(komponenteRegistriert("zelNeu"));
+        }
+        QCOMPARE(CreateObject("zelAbrPosStamm")->objectName(), "echt");
+        QVERIFY(!komponenteRegistriert("zelNeu"));
+        entferneKomponente("zelAbrPosStamm");
     }
-    QCOMPARE(CreateObject(QStringLiteral("zelAbrPosStamm"))->objectName(), "echt");
-    QVERIFY(!komponenteRegistriert(QStringLiteral("zelNeu")));
-    entferneKomponente(QStringLiteral("zelAbrPosStamm"));
-}
 
-void tst_CreateObject::aufrufen_data()
-{
-    QTest::addColumn<QByteArray>("methode");
-    QTest::addColumn<QVariantList>("argumente");
-    QTest::addColumn<QVariant>("erwartet");
-    QTest::newRow("int") << QByteArray("addieren") << QVariantList {2, 3} << QVariant(5);
-    QTest::newRow("text wird zur zahl")
-        << QByteArray("addieren") << QVariantList {"12", 1} << QVariant(13);
-    QTest::newRow("name ohne schreibweise")
-        << QByteArray("ADDIEREN") << QVariantList {1, 1} << QVariant(2);
-    QTest::newRow("variant unverändert")
-        << QByteArray("echo") << QVariantList {QDate(2003, 1, 2)} << QVariant(QDate(2003, 1, 2));
-    QTest::newRow("text") << QByteArray("verbinden") << QVariantList {"ab", 3}
-                          << QVariant(QStringLiteral("ababab"));
-    QTest::newRow("leeres argument")
-        << QByteArray("verbinden") << QVariantList {QVariant(), 2} << QVariant(QString());
-    QTest::newRow("16 bit") << QByteArray("kurz") << QVariantList {}
-                            << QVariant::fromValue(qint16(-1));
-    QTest::newRow("void") << QByteArray("merken") << QVariantList {"x"} << QVariant();
-}
-
-void tst_CreateObject::aufrufen()
-{
-    QFETCH(QByteArray, methode);
-    QFETCH(QVariantList, argumente);
-    QFETCH(QVariant, erwartet);
-    Fake f;
-    const QVariant ergebnis = platform::aufrufen(&f, methode.constData(), argumente);
-    QCOMPARE(ergebnis, erwartet);
-    QCOMPARE(ergebnis.metaType().name(), erwartet.metaType().name());
-}
-
-void tst_CreateObject::aufrufFehler_data()
-{
-    QTest::addColumn<QByteArray>("methode");
-    QTest::addColumn<QVariantList>("argumente");
-    QTest::addColumn<bool>("nullObjekt");
-    QTest::addColumn<int>("nummer");
-    QTest::newRow("fehlt") << QByteArray("gibtsNicht") << QVariantList {} << false << 438;
-    QTest::newRow("signal zählt nicht")
-        << QByteArray("destroyed") << QVariantList {} << false << 438;
-    QTest::newRow("zu viele argumente")
-        << QByteArray("addieren") << QVariantList {1, 2, 3} << false << 450;
-    QTest::newRow("text statt zahl")
-        << QByteArray("addieren") << QVariantList {"abc", 1} << false << 13;
-    QTest::newRow("kein objekt") << QByteArray("addieren") << QVariantList {1, 2} << true << 91;
-}
-
-void tst_CreateObject::aufrufFehler()
-{
-    QFETCH(QByteArray, methode);
-    QFETCH(QVariantList, argumente);
-    QFETCH(bool, nullObjekt);
-    QFETCH(int, nummer);
-    Fake f;
-    try {
-        platform::aufrufen(nullObjekt ? nullptr : &f, methode.constData(), argumente);
-        QFAIL("kein Fehler");
-    } catch (const RuntimeError &e) {
-        QCOMPARE(e.nummer(), nummer);
-        if (nummer == 438)
-            QCOMPARE(e.beschreibung(),
-                     QStringLiteral("Objekt unterstützt diese Eigenschaft oder Methode nicht"));
-        QVERIFY(!e.beschreibung().isEmpty());
+    void aufrufen_data()
+    {
+        QTest::addColumn<QByteArray>("methode");
+        QTest::addColumn<QVariantList>("argumente");
+        QTest::addColumn<QVariant>("erwartet");
+        QTest::newRow("int") << QByteArray("addieren") << QVariantList {2, 3} << QVariant(5);
+        QTest::newRow("text wird zur zahl")
+            << QByteArray("addieren") << QVariantList {"12", 1} << QVariant(13);
+        QTest::newRow("name ohne schreibweise")
+            << QByteArray("ADDIEREN") << QVariantList {1, 1} << QVariant(2);
+        QTest::newRow("variant unverändert")
+            << QByteArray("echo") << QVariantList {QDate(2003, 1, 2)}
+            << QVariant(QDate(2003, 1, 2));
+        QTest::newRow("text") << QByteArray("verbinden") << QVariantList {"ab", 3}
+                              << QVariant("ababab");
+        QTest::newRow("leeres argument")
+            << QByteArray("verbinden") << QVariantList {QVariant(), 2} << QVariant(QString());
+        QTest::newRow("16 bit") << QByteArray("kurz") << QVariantList {}
+                                << QVariant::fromValue(qint16(-1));
+        QTest::newRow("void") << QByteArray("merken") << QVariantList {"x"} << QVariant();
     }
-}
 
-void tst_CreateObject::fehlerDerMethodeKommtDurch()
-{
-    Fake f;
-    QCOMPARE(fehlerNummer([&] { platform::aufrufen(&f, "werfen"); }), 3021);
-    platform::aufrufen(&f, "merken", {QStringLiteral("gemerkt")});
-    QCOMPARE(f.m_gemerkt, QStringLiteral("gemerkt"));
-}
+    void aufrufen()
+    {
+        QFETCH(QByteArray, methode);
+        QFETCH(QVariantList, argumente);
+        QFETCH(QVariant, erwartet);
+        Fake f;
+        const QVariant ergebnis = platform::aufrufen(&f, methode.constData(), argumente);
+        QCOMPARE(ergebnis, erwartet);
+        QCOMPARE(ergebnis.metaType().name(), erwartet.metaType().name());
+        if (methode == "merken")
+            QCOMPARE(f.m_gemerkt, argumente.value(0).toString());
+    }
 
-void tst_CreateObject::eigenschaften()
-{
-    Fake f;
-    eigenschaftSetzen(&f, "zahl", QStringLiteral("42"));
-    QCOMPARE(eigenschaft(&f, "zahl"), QVariant(42));
-    QCOMPARE(fehlerNummer([&] { eigenschaft(&f, "fehlt"); }), 438);
-    QCOMPARE(fehlerNummer([&] { eigenschaftSetzen(&f, "zahl", QStringLiteral("x")); }), 13);
-    QCOMPARE(f.m_zahl, 42);
-}
+    void aufrufFehler_data()
+    {
+        QTest::addColumn<QByteArray>("methode");
+        QTest::addColumn<QVariantList>("argumente");
+        QTest::addColumn<bool>("nullObjekt");
+        QTest::addColumn<int>("nummer");
+        QTest::newRow("fehlt") << QByteArray("gibtsNicht") << QVariantList {} << false << 438;
+        QTest::newRow("signal zählt nicht")
+            << QByteArray("destroyed") << QVariantList {} << false << 438;
+        QTest::newRow("zu viele argumente")
+            << QByteArray("addieren") << QVariantList {1, 2, 3} << false << 450;
+        QTest::newRow("text statt zahl")
+            << QByteArray("addieren") << QVariantList {"abc", 1} << false << 13;
+        QTest::newRow("kein objekt") << QByteArray("addieren") << QVariantList {1, 2} << true << 91;
+        QTest::newRow("fehler der methode")
+            << QByteArray("werfen") << QVariantList {} << false << 3021;
+    }
+
+    void aufrufFehler()
+    {
+        QFETCH(QByteArray, methode);
+        QFETCH(QVariantList, argumente);
+        QFETCH(bool, nullObjekt);
+        QFETCH(int, nummer);
+        Fake f;
+        try {
+            platform::aufrufen(nullObjekt ? nullptr : &f, methode.constData(), argumente);
+            QFAIL("kein Fehler");
+        } catch (const RuntimeError &e) {
+            QCOMPARE(e.nummer(), nummer);
+            if (nummer == 438)
+                QCOMPARE(e.beschreibung(),
+                         "Objekt unterstützt diese Eigenschaft oder Methode nicht");
+            QVERIFY(!e.beschreibung().isEmpty());
+        }
+    }
+
+    void eigenschaften()
+    {
+        Fake f;
+        eigenschaftSetzen(&f, "zahl", "42");
+        QCOMPARE(eigenschaft(&f, "zahl"), QVariant(42));
+        QCOMPARE(fehlerVon([&] { eigenschaft(&f, "fehlt"); }), 438);
+        QCOMPARE(fehlerVon([&] { eigenschaftSetzen(&f, "zahl", "x"); }), 13);
+        QCOMPARE(f.m_zahl, 42);
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_CreateObject)
 #include "tst_createobject.moc"

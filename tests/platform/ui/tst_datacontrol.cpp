@@ -1,3 +1,4 @@
+#include "common/Fehlernummer.h"
 #include "common/TestDatenbank.h"
 #include "platform/core/RuntimeError.h"
 #include "platform/storage/Database.h"
@@ -14,6 +15,7 @@
 using namespace platform;
 using platform::storage::Database;
 using platform::storage::Engine;
+using testhilfe::fehlerVon;
 
 namespace {
 
@@ -157,6 +159,12 @@ private slots:
 
     void bewegenOhneBearbeitungSchreibtNichts()
     {
+        // Changed and changed back is no edit.
+        m_name->setText("Anders");
+        m_name->setText("Anna");
+        m_aktiv->setChecked(false);
+        m_aktiv->setChecked(true);
+        QVERIFY(!m_dc->bearbeitet());
         QVERIFY(m_dc->rs().MoveNext());
         QVERIFY(m_dc->rs().MoveNext());
         QVERIFY(m_dc->rs().MovePrevious());
@@ -187,18 +195,15 @@ private slots:
         QCOMPARE(m_name->text(), "AnnaX");
         QVERIFY(m_dc->rs().MoveNext());
         QCOMPARE(updates(), 1);
-    }
-
-    void zurueckAufDenAltenWertIstKeineAenderung()
-    {
-        m_name->setText("Anders");
-        m_name->setText("Anna");
-        m_aktiv->setChecked(false);
-        m_aktiv->setChecked(true);
-        QVERIFY(!m_dc->bearbeitet());
+        // An Edit of the screen's code and a typed field: both in the one Update of the move.
+        m_dc->rs().Edit();
+        m_dc->rs().setFeld("Menge", 77);
+        m_name->setText("beides");
         QVERIFY(m_dc->rs().MoveNext());
-        QVERIFY(!m_b->validates[0].second);
-        QCOMPARE(updates(), 0);
+        QVERIFY(m_b->validates.last().second);
+        QCOMPARE(gespeichert(2, "Menge").toLongLong(), 77);
+        QCOMPARE(gespeichert(2, "Name").toString(), "beides");
+        QCOMPARE(updates(), 2);
     }
 
     void programmTextUndKontrollkaestchenZaehlenAlsBearbeitung()
@@ -217,6 +222,13 @@ private slots:
         QVERIFY(m_dc->rs().MovePrevious());
         QCOMPARE(gespeichert(3, "Aktiv").toLongLong(), -1);
         QCOMPARE(gespeichert(3, "Preis").toDouble(), 7.25);
+        // A value the field shows rounded is not written back when another field is saved.
+        m_db->execute("UPDATE DcTest SET Preis = ? WHERE Nr = 1", {0.1 + 0.2});
+        QVERIFY(m_dc->rs().MoveFirst());
+        QCOMPARE(m_preis->text(), "0,3");
+        m_name->setText("Anna2");
+        QVERIFY(m_dc->rs().MoveNext());
+        QVERIFY(gespeichert(1, "Preis").toDouble() == 0.1 + 0.2); // exactly
     }
 
     void validateMitActionNullBehaeltZeileUndEingaben()
@@ -259,6 +271,16 @@ private slots:
         QCOMPARE(gespeichert(3, "Name").toString(), "Cäsar");
         QCOMPARE(m_name->text(), "Anna");
         QCOMPARE(updates(), 1);
+        // A handler that moves the record set itself raises no second Validate.
+        m_b->saveSetzen = -1;
+        m_b->validates.clear();
+        m_b->inValidate = [this] {
+            m_b->inValidate = nullptr;
+            QVERIFY(m_dc->rs().MoveLast());
+        };
+        QVERIFY(m_dc->rs().MovePrevious());
+        QCOMPARE(m_b->validates.size(), 1);
+        QCOMPARE(nr(), 2);
     }
 
     void textDerNichtInDieSpaltePasstHaeltDenBenutzerAufDerZeile()
@@ -285,24 +307,15 @@ private slots:
         QCOMPARE(m_boxen->anzahl(), 1); // Response left at 1: the standard message
         QCOMPARE(m_name->text(), "");
         QVERIFY(m_dc->recordsetDirekt() == nullptr);
-        try {
-            m_dc->rs().RecordCount();
-            QFAIL("RecordCount without record set must raise 91");
-        } catch (const RuntimeError &e) {
-            QCOMPARE(e.nummer(), fehlernummer::ObjektvariableNichtFestgelegt);
-        }
+        QCOMPARE(fehlerVon([&] { m_dc->rs().RecordCount(); }),
+                 fehlernummer::ObjektvariableNichtFestgelegt);
         // Response 0: the screen showed its own message, the control stays silent.
         m_b->responseSetzen = 0;
         QVERIFY(!m_dc->Refresh());
         QCOMPARE(m_boxen->anzahl(), 1);
         // Run by a procedure that traps its errors: raised to it, no event, no message.
         m_b->fehler.clear();
-        try {
-            m_dc->RefreshOderFehler();
-            QFAIL("RefreshOderFehler must raise the engine's error");
-        } catch (const RuntimeError &e) {
-            QCOMPARE(e.nummer(), fehlernummer::TabelleNichtGefunden);
-        }
+        QCOMPARE(fehlerVon([&] { m_dc->RefreshOderFehler(); }), fehlernummer::TabelleNichtGefunden);
         QVERIFY(m_b->fehler.isEmpty());
         QCOMPARE(m_boxen->anzahl(), 1);
         QVERIFY(m_dc->recordsetDirekt() == nullptr);
@@ -487,6 +500,10 @@ private slots:
 
     void updateRecordUndUpdateControls()
     {
+        // Saving asks Validate with Save = true even when nothing was typed.
+        QVERIFY(m_dc->UpdateRecord());
+        QVERIFY(m_b->validates.last().second);
+        QCOMPARE(updates(), 0);
         m_menge->setText(" 0012 ");
         QVERIFY(m_dc->UpdateRecord());
         QCOMPARE(m_b->validates.last().first, int(vbDataActionUpdate));
@@ -499,29 +516,13 @@ private slots:
         QVERIFY(!m_dc->bearbeitet());
     }
 
-    void editModusDesCodesWirdBeimBewegenGespeichert()
-    {
-        m_dc->rs().Edit();
-        m_dc->rs().setFeld("Menge", 77);
-        m_name->setText("beides");
-        QVERIFY(m_dc->rs().MoveNext());
-        QVERIFY(m_b->validates[0].second);
-        QCOMPARE(gespeichert(1, "Menge").toLongLong(), 77);
-        QCOMPARE(gespeichert(1, "Name").toString(), "beides");
-        QCOMPARE(updates(), 1);
-    }
-
     void endenUndLoeschen()
     {
         QVERIFY(m_dc->rs().MovePrevious());
         QVERIFY(m_dc->rs().bof());
         QCOMPARE(m_name->text(), ""); // no current row
-        try {
-            m_dc->rs().MovePrevious();
-            QFAIL("MovePrevious at bof must raise 3021");
-        } catch (const RuntimeError &e) {
-            QCOMPARE(e.nummer(), fehlernummer::KeinAktuellerDatensatz);
-        }
+        QCOMPARE(fehlerVon([&] { m_dc->rs().MovePrevious(); }),
+                 fehlernummer::KeinAktuellerDatensatz);
         QCOMPARE(m_b->validates.size(), 1);
         QVERIFY(m_dc->rs().MoveFirst());
         m_name->setText("wird gelöscht");
@@ -531,6 +532,21 @@ private slots:
         QCOMPARE(nr(), 2);
         QCOMPARE(m_db->scalar("SELECT COUNT(*) FROM DcTest").toLongLong(), 2);
         QCOMPARE(updates(), 0);
+        // A delete the database refuses is its own error, not a question about another user.
+        if (testhilfe::aktuelleEngine() == Engine::SqlCipher) {
+            m_db->execute("CREATE TRIGGER DcSperre BEFORE DELETE ON DcTest "
+                          "BEGIN SELECT RAISE(ABORT, 'gesperrt'); END");
+        } else {
+            m_db->execute("CREATE FUNCTION dcsperre() RETURNS trigger AS $$ BEGIN "
+                          "RAISE EXCEPTION 'gesperrt'; END $$ LANGUAGE plpgsql");
+            m_db->execute("CREATE TRIGGER DcSperre BEFORE DELETE ON DcTest FOR EACH ROW "
+                          "EXECUTE FUNCTION dcsperre()");
+        }
+        const int nummer = fehlerVon([&] { m_dc->rs().Delete(); });
+        QVERIFY2(nummer != 0 && nummer != fehlernummer::DatensatzGeaendert,
+                 qPrintable(QString::number(nummer)));
+        QCOMPARE(m_boxen->anzahl(), 0);
+        QCOMPARE(nr(), 2);
     }
 
     void navigationsleiste()
