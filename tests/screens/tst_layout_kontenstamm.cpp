@@ -42,6 +42,7 @@ const Soll steuerelemente[] = {
     {"cmdKontoListe", "B", "frmKontenStamm", "Konten Auswahlhilfe", nullptr},
     {"cmdPruefliste", "B", "frmKontenStamm", "Prüfliste", nullptr},
     {"cmdExit", "B", "frmKontenStamm", "Beenden", nullptr},
+    {"cmdVerlauf", "B", "frmKontenStamm", "Verlauf", nullptr},
     {"cmdHilfe", "B", "frmKontenStamm", "?", nullptr},
     {"cmdAbrPosStammAufruf", "B", "frmKontenStamm", "BK-Abr Positionenstamm", nullptr},
     {"cmdÖNORMPosStammAufruf", "B", "frmKontenStamm", "ÖNORM Positionenstamm", nullptr},
@@ -392,6 +393,10 @@ void tst_LayoutKontenstamm::tooltips_data()
     // The shortcuts are named in the tips of their buttons.
     QTest::newRow("cmdKontoNeueröff") << "cmdKontoNeueröff"
                                       << "Ein neues Konto in diesem Buchungsjahr eröffnen (Strg+N)";
+    QTest::newRow("cmdVerlauf") << "cmdVerlauf"
+                                << "Die Änderungen des angezeigten Kontos aus dem "
+                                   "Änderungsprotokoll zeigen; ein alter Wert lässt sich wieder "
+                                   "übernehmen (Strg+H)";
     QTest::newRow("cmdExit") << "cmdExit"
                              << "Den Kontenstamm schließen; das angezeigte Konto wird vorher "
                                 "geprüft und gespeichert (Strg+Q, Esc)";
