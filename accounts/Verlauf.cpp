@@ -9,10 +9,6 @@
 #include "platform/ui/Fehlerfalle.h"
 #include "ui_frmKontenStamm.h"
 
-#include <QFrame>
-#include <QHBoxLayout>
-#include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 
 namespace mks = mdlKontenStamm;
@@ -56,64 +52,30 @@ void frmKontenStamm::fremdeAenderungBeobachten()
         const auto *rs = m_ui->KKData->recordsetDirekt();
         if (!rs)
             return;
-        auto *melder = new platform::storage::Aenderungsmelder(rs->database(), this);
-        connect(melder, &platform::storage::Aenderungsmelder::geaendert, this,
-                [this](const QString &tabelle, int jahr, const QString &konto, const QString &wer,
-                       const QStringList &felder, bool geloescht) {
-                    if (tabelle == QLatin1String("ObjKanzleiKontenstamm")
-                        && jahr == mks::Buchungsjahr && aktuelleZeile() && konto == aktuelleNr())
-                        fremdeAenderungZeigen(wer, felder, geloescht);
-                });
-    });
-}
-
-// A bar at the foot of the window, made on the first notice: it does not cover the fields and
-// asks nothing, the user goes on working.
-void frmKontenStamm::fremdeAenderungZeigen(const QString &wer, const QStringList &felder,
-                                           bool geloescht)
-{
-    auto *leiste = findChild<QFrame *>(QStringLiteral("fraFremdeAenderung"));
-    if (!leiste) {
-        leiste = new QFrame(this);
-        leiste->setObjectName(QStringLiteral("fraFremdeAenderung"));
-        leiste->setStyleSheet(QStringLiteral("#fraFremdeAenderung { background: #fff4c2; }"));
-        auto *layout = new QHBoxLayout(leiste);
-        layout->setContentsMargins(6, 2, 6, 2);
-        auto *text = new QLabel(leiste);
-        text->setObjectName(QStringLiteral("lblFremdeAenderung"));
-        text->setWordWrap(true);
-        layout->addWidget(text, 1);
-        auto *laden = new QPushButton(QStringLiteral("Neu laden"), leiste);
-        laden->setObjectName(QStringLiteral("cmdNeuLaden"));
-        laden->setFocusPolicy(Qt::NoFocus);
-        layout->addWidget(laden);
-        auto *zu = new QPushButton(QStringLiteral("Ausblenden"), leiste);
-        zu->setFocusPolicy(Qt::NoFocus);
-        layout->addWidget(zu);
-        connect(zu, &QPushButton::clicked, leiste, &QWidget::hide);
-        connect(laden, &QPushButton::clicked, this, [this, leiste] {
-            leiste->hide();
+        auto *leiste = new frame::FremdeAenderungLeiste(this, [this] {
             const QString nr = aktuelleNr();
             auto &rs = m_ui->KKData->rs();
             if (rs.Requery() && !nr.isEmpty())
                 rs.FindFirst({{QStringLiteral("KontoNr"), nr}});
         });
-    }
-    QStringList namen;
-    for (const QString &f : felder)
-        namen << frame::feldBeschriftungAufForm(this, f, kontenregeln::feldBeschriftung);
-    namen.removeDuplicates();
-    const bool offen = m_ui->KKData->bearbeitet();
-    QString text = geloescht ? QStringLiteral("%1 hat dieses Konto soeben gelöscht.").arg(wer)
-                             : QStringLiteral("%1 hat dieses Konto soeben geändert: %2.")
-                                   .arg(wer, namen.join(QStringLiteral(", ")));
-    if (offen)
-        text += QStringLiteral(" Ihre Eingaben bleiben; beim Speichern werden Sie gefragt, "
-                               "welche Fassung gilt.");
-    leiste->findChild<QLabel *>(QStringLiteral("lblFremdeAenderung"))->setText(text);
-    leiste->findChild<QPushButton *>(QStringLiteral("cmdNeuLaden"))->setVisible(!offen);
-    const int hoehe = leiste->sizeHint().height();
-    leiste->setGeometry(0, height() - hoehe, width(), hoehe);
-    leiste->show();
-    leiste->raise();
+        // The notice speaks of the account it names; on another one it goes.
+        connect(m_ui->KKData, &platform::DataControl::Reposition, leiste, [this, leiste] {
+            if (!leiste->konto().isEmpty() && (!aktuelleZeile() || aktuelleNr() != leiste->konto()))
+                leiste->ausblenden();
+        });
+        auto *melder = new platform::storage::Aenderungsmelder(rs->database(), this);
+        connect(melder, &platform::storage::Aenderungsmelder::geaendert, this,
+                [this, leiste](const QString &tabelle, int jahr, const QString &konto,
+                               const QString &wer, const QStringList &felder, bool geloescht) {
+                    if (tabelle != QLatin1String("ObjKanzleiKontenstamm")
+                        || jahr != mks::Buchungsjahr || !aktuelleZeile() || konto != aktuelleNr())
+                        return;
+                    QStringList namen;
+                    for (const QString &f : felder) {
+                        namen << frame::feldBeschriftungAufForm(this, f,
+                                                                kontenregeln::feldBeschriftung);
+                    }
+                    leiste->zeigen(konto, wer, namen, geloescht, m_ui->KKData->bearbeitet());
+                });
+    });
 }

@@ -94,6 +94,7 @@ void frmKontenStamm::verbinden()
     connect(u.cmdKontoNeueröff, &QPushButton::clicked, this, &F::cmdKontoNeueröff_Click);
     connect(u.cmdExit, &QPushButton::clicked, this, &F::cmdExit_Click);
     connect(u.cmdHilfe, &QPushButton::clicked, this, &F::cmdHilfe_Click);
+    connect(u.cmdVerlauf, &QPushButton::clicked, this, &F::kontoVerlaufZeigen);
     connect(u.KKData, &platform::DataControl::Reposition, this, &F::KKData_Reposition);
     connect(u.KKData, &platform::DataControl::Validate, this, &F::KKData_Validate);
     connect(u.KKData, &platform::DataControl::Error, this, &F::KKData_Error);
@@ -149,6 +150,7 @@ void frmKontenStamm::tastenkuerzelEinrichten()
                                    {QKeySequence(Qt::CTRL | Qt::Key_L), u.cmdKontoLöschen},
                                    {QKeySequence(Qt::CTRL | Qt::Key_F), u.cmdKontoListe},
                                    {QKeySequence(Qt::CTRL | Qt::Key_P), u.cmdPruefliste},
+                                   {QKeySequence(Qt::CTRL | Qt::Key_H), u.cmdVerlauf},
                                    {QKeySequence(Qt::CTRL | Qt::Key_Q), u.cmdExit},
                                });
 }
@@ -349,10 +351,6 @@ bool frmKontenStamm::eventFilter(QObject *obj, QEvent *ev)
     if (!w || w != ziel || w->window() != this || !isVisible())
         return QDialog::eventFilter(obj, ev);
     const auto *taste = static_cast<QKeyEvent *>(ev);
-    if (taste->keyCombination() == (Qt::ControlModifier | Qt::Key_H)) {
-        kontoVerlaufZeigen();
-        return true;
-    }
     if ((taste->key() == Qt::Key_Tab || taste->key() == Qt::Key_Backtab)
         && (taste->modifiers() & Qt::ControlModifier)) {
         const bool zurueck

@@ -102,11 +102,10 @@ public:
 
     // --- deleting (Loeschen.cpp) ---
     void cmdKontoLöschen_Click();
-    // Ctrl+H: the changes of the account shown, from the change log.
+    // cmdVerlauf and Ctrl+H: the changes of the account shown, from the change log.
     void kontoVerlaufZeigen();
     // Another user's save or delete of the account shown appears as a bar in the window.
     void fremdeAenderungBeobachten();
-    void fremdeAenderungZeigen(const QString &wer, const QStringList &felder, bool geloescht);
 
     // --- code lists and combos (Definitionen.cpp) ---
     // Shows the stored value of the combo's hidden field as the combo's item.

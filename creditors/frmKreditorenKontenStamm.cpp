@@ -106,6 +106,7 @@ void frmKreditorenKontenStamm::verbinden()
     connect(u.cmdKontoListe, &QPushButton::clicked, this, &F::cmdKontoListe_Click);
     connect(u.cmdKontoNeueröff, &QPushButton::clicked, this, &F::cmdKontoNeueröff_Click);
     connect(u.cmdExit, &QPushButton::clicked, this, &F::cmdExit_Click);
+    connect(u.cmdVerlauf, &QPushButton::clicked, this, &F::kontoVerlaufZeigen);
     // The original's Click also fires when code sets the list index; KrPositionieren guards it.
     connect(u.cmbKontoTypus, &QComboBox::currentIndexChanged, this, &F::cmbKontoTypus_Click);
     connect(u.KRData, &platform::DataControl::Reposition, this, &F::KRData_Reposition);
@@ -129,6 +130,7 @@ void frmKreditorenKontenStamm::verbinden()
                                    {QKeySequence(Qt::CTRL | Qt::Key_N), u.cmdKontoNeueröff},
                                    {QKeySequence(Qt::CTRL | Qt::Key_L), u.cmdKontoLöschen},
                                    {QKeySequence(Qt::CTRL | Qt::Key_F), u.cmdKontoListe},
+                                   {QKeySequence(Qt::CTRL | Qt::Key_H), u.cmdVerlauf},
                                    {QKeySequence(Qt::CTRL | Qt::Key_Q), u.cmdExit},
                                });
 }
@@ -184,6 +186,7 @@ void frmKreditorenKontenStamm::Form_Load()
         u.cmdKontoNeueröff->setEnabled(false);
     titelZeigen();
     formMerken();
+    fremdeAenderungBeobachten();
 }
 
 void frmKreditorenKontenStamm::titelZeigen()
@@ -391,10 +394,6 @@ bool frmKreditorenKontenStamm::eventFilter(QObject *obj, QEvent *ev)
     QWidget *ziel = focusWidget() ? focusWidget() : this;
     if (!w || w != ziel || w->window() != this || !isVisible())
         return QDialog::eventFilter(obj, ev);
-    if (static_cast<QKeyEvent *>(ev)->keyCombination() == (Qt::ControlModifier | Qt::Key_H)) {
-        kontoVerlaufZeigen();
-        return true;
-    }
 
     int code = tastenCode(static_cast<QKeyEvent *>(ev)->key());
     if (code == 0)

@@ -70,8 +70,10 @@ public:
     void cmdKontoListe_Click();
     void cmdKontoNeueröff_Click();
     void cmdExit_Click();
-    // Ctrl+H: the changes of the account shown, from the change log.
+    // cmdVerlauf and Ctrl+H: the changes of the account shown, from the change log.
     void kontoVerlaufZeigen();
+    // Another user's save or delete of the account shown appears as a bar in the window.
+    void fremdeAenderungBeobachten();
 
 protected:
     bool eventFilter(QObject *obj, QEvent *ev) override;
@@ -104,6 +106,8 @@ private:
     void kombiText(const QString &text);
     bool hatZeilen() const;
     bool aktuelleZeile() const;
+    // The number of the current row as text, "" when there is none.
+    QString aktuelleNrText() const;
     // Puts the current row's number back into inpKrKontoNr (nothing when there is no row).
     void aktuelleNrZurueck();
 

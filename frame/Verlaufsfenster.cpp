@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDateTime>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -154,6 +155,80 @@ bool wertEinsetzen(QWidget *form, const QString &feld, const QString &wert)
         return true;
     }
     return false;
+}
+
+FremdeAenderungLeiste::FremdeAenderungLeiste(QWidget *fenster, std::function<void()> neuLaden)
+    : QFrame(fenster)
+    , m_fenster(fenster)
+{
+    setObjectName(QStringLiteral("fraFremdeAenderung"));
+    setStyleSheet(QStringLiteral("#fraFremdeAenderung { background: #fff4c2; }"));
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(6, 2, 6, 2);
+    m_text = new QLabel(this);
+    m_text->setObjectName(QStringLiteral("lblFremdeAenderung"));
+    m_text->setWordWrap(true);
+    layout->addWidget(m_text, 1);
+    // No focus: the notice never takes the user out of the field he is in.
+    m_neuLaden = new QPushButton(QStringLiteral("Neu laden"), this);
+    m_neuLaden->setObjectName(QStringLiteral("cmdNeuLaden"));
+    m_neuLaden->setFocusPolicy(Qt::NoFocus);
+    layout->addWidget(m_neuLaden);
+    auto *zu = new QPushButton(QStringLiteral("Ausblenden"), this);
+    zu->setObjectName(QStringLiteral("cmdAusblenden"));
+    zu->setFocusPolicy(Qt::NoFocus);
+    layout->addWidget(zu);
+    connect(zu, &QPushButton::clicked, this, &FremdeAenderungLeiste::ausblenden);
+    connect(m_neuLaden, &QPushButton::clicked, this, [this, neuLaden = std::move(neuLaden)] {
+        ausblenden();
+        neuLaden();
+    });
+    hide();
+    m_fenster->installEventFilter(this);
+}
+
+void FremdeAenderungLeiste::zeigen(const QString &konto, const QString &wer,
+                                   const QStringList &felder, bool geloescht, bool offen)
+{
+    m_konto = konto;
+    QStringList namen = felder;
+    namen.removeDuplicates();
+    QString text = geloescht ? QStringLiteral("%1 hat dieses Konto soeben gelöscht.").arg(wer)
+                             : QStringLiteral("%1 hat dieses Konto soeben geändert: %2.")
+                                   .arg(wer, namen.join(QStringLiteral(", ")));
+    if (offen)
+        text += QStringLiteral(" Ihre Eingaben bleiben; beim Speichern werden Sie gefragt, "
+                               "welche Fassung gilt.");
+    m_text->setText(text);
+    m_neuLaden->setVisible(!offen);
+    show();
+    // The window grows by what the bar needs now; a longer text may need more than before.
+    const int hoehe = sizeHint().height();
+    m_fenster->resize(m_fenster->width(), m_fenster->height() + hoehe - m_zuwachs);
+    m_zuwachs = hoehe;
+    anpassen();
+    raise();
+}
+
+void FremdeAenderungLeiste::ausblenden()
+{
+    if (m_zuwachs == 0)
+        return;
+    hide();
+    m_fenster->resize(m_fenster->width(), m_fenster->height() - m_zuwachs);
+    m_zuwachs = 0;
+}
+
+bool FremdeAenderungLeiste::eventFilter(QObject *obj, QEvent *ev)
+{
+    if (obj == m_fenster && ev->type() == QEvent::Resize && m_zuwachs > 0)
+        anpassen();
+    return QFrame::eventFilter(obj, ev);
+}
+
+void FremdeAenderungLeiste::anpassen()
+{
+    setGeometry(0, m_fenster->height() - m_zuwachs, m_fenster->width(), m_zuwachs);
 }
 
 } // namespace frame

@@ -3,9 +3,11 @@
 #include "platform/storage/Aenderungsprotokoll.h"
 
 #include <QDialog>
+#include <QFrame>
 #include <functional>
 #include <vector>
 
+class QLabel;
 class QPushButton;
 class QTableWidget;
 
@@ -39,6 +41,37 @@ private:
     Uebernehmen m_uebernehmenFn;
     QTableWidget *m_tabelle = nullptr;
     QPushButton *m_uebernehmen = nullptr;
+};
+
+// The notice of another user's save or delete of the account a screen shows: a bar at the foot
+// of the window, below its controls (the window grows by the bar's height while it shows), so it
+// covers nothing and asks nothing; the user goes on working. "Neu laden" is offered only when the
+// user has no pending edits: with them, the save's own conflict question decides.
+class FremdeAenderungLeiste : public QFrame
+{
+    Q_OBJECT
+
+public:
+    FremdeAenderungLeiste(QWidget *fenster, std::function<void()> neuLaden);
+
+    // `felder`: the captions of the changed fields; `offen`: the user has pending edits.
+    void zeigen(const QString &konto, const QString &wer, const QStringList &felder, bool geloescht,
+                bool offen);
+    void ausblenden();
+    // The account the notice speaks of ("" when hidden).
+    QString konto() const { return m_zuwachs > 0 ? m_konto : QString(); }
+
+protected:
+    bool eventFilter(QObject *obj, QEvent *ev) override;
+
+private:
+    void anpassen();
+
+    QWidget *m_fenster;
+    QLabel *m_text;
+    QPushButton *m_neuLaden;
+    QString m_konto;
+    int m_zuwachs = 0; // what the window grew by for the bar
 };
 
 // The caption of the widget on `form` bound to `feld` (DataField, case ignored), looked up with

@@ -63,6 +63,10 @@ add("cmdAbrPosStammAufruf", "B", FORM, "BK-Abr Positionenstamm", 404, 522, 150, 
     tip="Den Stamm der Positionen der BK-Abrechnung bearbeiten")
 add("cmdÖNORMPosStammAufruf", "B", FORM, "ÖNORM Positionenstamm", 560, 522, 150, 32,
     tip="Den Stamm der Positionen der ÖNORM-A4000-Abrechnung bearbeiten")
+# Beyond the suite's screen: the account's changes from the change log.
+add("cmdVerlauf", "B", FORM, "Verlauf", 716, 522, 66, 32,
+    tip="Die Änderungen des angezeigten Kontos aus dem Änderungsprotokoll zeigen; ein alter Wert "
+        "lässt sich wieder übernehmen (Strg+H)")
 add("cmdExit", "B", FORM, "Beenden", 788, 522, 100, 32,
     tip="Den Kontenstamm schließen; das angezeigte Konto wird vorher geprüft und gespeichert "
         "(Strg+Q, Esc)")

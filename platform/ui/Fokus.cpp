@@ -137,10 +137,7 @@ void Fokus::fokusGewechselt(QWidget *altWidget, QWidget *neuWidget)
                     && alt->isEnabled()) {
                     alt->setFocus(Qt::OtherFocusReason);
                 }
-                m_abgelehnt = neuWidget;
-                // A click that caused this move is delivered within the same event and
-                // consumes the refusal; one caused by a key must not block later clicks.
-                QTimer::singleShot(0, this, [this] { m_abgelehnt = nullptr; });
+                ablehnen(neuWidget);
                 return;
             }
         }
@@ -148,6 +145,12 @@ void Fokus::fokusGewechselt(QWidget *altWidget, QWidget *neuWidget)
         if (a && a->lostFocus) {
             const Handler h = a->lostFocus;
             h();
+            // A LostFocus that put the focus back (a check of the original's kind) refuses
+            // the move as well: the click that caused it must not act on a failed check.
+            if (m_fenster && m_fenster->focusWidget() != neuWidget) {
+                ablehnen(neuWidget);
+                return;
+            }
         }
     }
     // GotFocus only when the focus stayed where it went.
@@ -158,6 +161,14 @@ void Fokus::fokusGewechselt(QWidget *altWidget, QWidget *neuWidget)
             h();
         }
     }
+}
+
+void Fokus::ablehnen(QWidget *neuWidget)
+{
+    m_abgelehnt = neuWidget;
+    // A click that caused this move is delivered within the same event and consumes the
+    // refusal; one caused by a key must not block later clicks.
+    QTimer::singleShot(0, this, [this] { m_abgelehnt = nullptr; });
 }
 
 bool Fokus::verlassen(QWidget *ziel)

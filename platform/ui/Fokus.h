@@ -19,7 +19,9 @@ namespace platform {
 //    setCausesValidation), A's Validate runs. Cancel = true puts the focus back into A; no
 //    LostFocus or GotFocus follows, and a mouse click that moved the focus (on a button, a combo,
 //    a check box) is swallowed, so its Click does not run.
-// 2. Otherwise A's LostFocus runs, then B's GotFocus.
+// 2. Otherwise A's LostFocus runs, then B's GotFocus. A LostFocus that moves the focus away from
+//    B (puts it back into A, as the original's checks do) refuses the move like Cancel: the
+//    click that moved the focus is swallowed and B's GotFocus does not run.
 // While these handlers run, ActiveControl() is B, the control receiving the focus; at any other
 // time it is the window's focus widget. Focus moves made by the handlers themselves raise no
 // further events (they are the original's "put the focus back into the field").
@@ -82,6 +84,8 @@ private:
     Eintrag &eintragFuer(QWidget *w);
     void entfernen(QObject *o);
     void fokusGewechselt(QWidget *alt, QWidget *neu);
+    // The move to `neuWidget` was refused: a click that caused it is swallowed.
+    void ablehnen(QWidget *neuWidget);
     bool imFenster(const QWidget *w) const;
     // The registered control containing w (w itself when none is registered).
     QWidget *steuerelement(QWidget *w) const;

@@ -487,8 +487,8 @@ private slots:
         // Every way out except the account list checks the field's own entry first.
         for (const char *w :
              {"cmdExit", "cmdHilfe", "cmdKontoNeueröff", "cmdKontoLöschen", "cmdPruefliste",
-              "Reiter", "Bild ab", "Escape", "Schließen", "Pfeil", "Strg+Tab", "Strg+Umschalt+Tab",
-              "Strg+N", "Strg+L", "Strg+P", "Strg+Q"}) {
+              "cmdVerlauf", "Reiter", "Bild ab", "Escape", "Schließen", "Pfeil", "Strg+Tab",
+              "Strg+Umschalt+Tab", "Strg+N", "Strg+L", "Strg+P", "Strg+Q", "Strg+H"}) {
             QTest::addRow("zl x, %s", w) << "inpZLSperre"
                                          << "x" << w << zl << "";
         }

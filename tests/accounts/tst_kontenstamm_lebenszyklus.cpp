@@ -973,6 +973,8 @@ private slots:
             2000);
         QVERIFY2(c<QLabel>("lblFremdeAenderung")->text().contains("Konto-Bezeichnung"),
                  qPrintable(c<QLabel>("lblFremdeAenderung")->text()));
+        // Below the screen's controls: the window grew for it.
+        QVERIFY(c("fraFremdeAenderung")->geometry().top() >= c("cmdExit")->geometry().bottom());
         auto *laden = c<QPushButton>("cmdNeuLaden");
         QCOMPARE(laden->isVisible(), !eingabe);
         if (!eingabe)

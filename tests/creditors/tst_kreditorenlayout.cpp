@@ -90,6 +90,7 @@ private slots:
             {"cmdKontoListe", "QPushButton", "   Kontenstamm                Liste", 120, 4200, 1455,
              495},
             {"cmdKontoNeueröff", "QPushButton", "Kontenstammsatz neu", 1680, 4200, 1455, 495},
+            {"cmdVerlauf", "QPushButton", "Verlauf", 3600, 4200, 1455, 495},
             {"cmdExit", "QPushButton", "Beenden", 5880, 4200, 1455, 495},
             {"Frame1", "QGroupBox", "", 120, 960, 7215, 1935},
             {"lblKtobez", "QLabel", "Konto-Bezeichnung:", 240, 360, 2175, 255, f},
@@ -147,7 +148,8 @@ private slots:
         const QList<QWidget *> erwartet {
             m_ui.inpKrKontoNr,  m_ui.inpKrKontoBezeichnung, m_ui.inpKrKontoTypus,
             m_ui.cmbKontoTypus, m_ui.cmdKontoEinlesen,      m_ui.cmdKontoLöschen,
-            m_ui.cmdKontoListe, m_ui.cmdKontoNeueröff,      m_ui.cmdExit};
+            m_ui.cmdKontoListe, m_ui.cmdKontoNeueröff,      m_ui.cmdVerlauf,
+            m_ui.cmdExit};
         // The next control Tab reaches: the focus chain without frames, labels and bars.
         const auto naechster = [](QWidget *w) {
             do

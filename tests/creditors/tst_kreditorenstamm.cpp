@@ -6,9 +6,11 @@
 #include "creditors/frmKreditorenKontenStamm.h"
 #include "creditors/mdlKreditoren.h"
 #include "frame/Hilfefenster.h"
+#include "frame/Verlaufsfenster.h"
 #include "frame/mdlFehlerZL.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/core/CreateObject.h"
+#include "platform/storage/Aenderungsprotokoll.h"
 #include "platform/storage/Database.h"
 #include "platform/storage/Schema.h"
 #include "platform/ui/DataControl.h"
@@ -22,6 +24,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QTableWidget>
 #include <QTest>
 #include <QTimer>
 
@@ -1012,6 +1015,147 @@ private slots:
         oeffnen();
         QTest::mouseClick(ui().cmdExit, Qt::LeftButton);
         QVERIFY(!m_form->isVisible());
+    }
+
+    // Every way out of a field whose check fails is stopped before its action: no move, no
+    // closing, no dialog, no list.
+    void verlassenIstGeprueft_data()
+    {
+        QTest::addColumn<QString>("weg");
+        for (const char *w :
+             {"cmdExit", "cmdKontoEinlesen", "cmdKontoNeueröff", "cmdKontoListe", "cmdVerlauf",
+              "Strg+H", "Strg+N", "Strg+Q", "Strg+F", "Bild ab", "Escape", "Schließen"})
+            QTest::newRow(w) << QString::fromUtf8(w);
+    }
+    void verlassenIstGeprueft()
+    {
+        QFETCH(QString, weg);
+        standardKonten();
+        oeffnen();
+        fokusAuf(ui().inpKrKontoBezeichnung);
+        ui().inpKrKontoBezeichnung->clear();
+        int dialoge = 0;
+        QTimer wache;
+        connect(&wache, &QTimer::timeout, [&dialoge] {
+            if (auto *d = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
+                ++dialoge;
+                d->reject();
+            }
+        });
+        wache.start(10);
+        if (weg == u"Bild ab")
+            taste(Qt::Key_PageDown);
+        else if (weg == u"Escape")
+            taste(Qt::Key_Escape);
+        else if (weg == u"Schließen")
+            m_form->close();
+        else if (weg.startsWith(u"Strg+"))
+            QTest::keySequence(
+                QApplication::focusWidget(),
+                QKeySequence(QString(weg).replace(QStringLiteral("Strg"), QStringLiteral("Ctrl"))));
+        else
+            QTest::mouseClick(m_form->findChild<QPushButton *>(weg), Qt::LeftButton);
+        QTest::qWait(50);
+        QVERIFY(!texte().isEmpty());
+        QCOMPARE(texte().first(), "KontoBezeichnung darf nicht leer gelassen werden");
+        QCOMPARE(dialoge, 0);
+        QVERIFY(FehlerDialogAttrappe::s_berichte.isEmpty()); // the list would report 429
+        QVERIFY(m_form->isVisible());
+        QCOMPARE(nr(), 100);
+        QCOMPARE(gespeichert(100, "KrKontoBezeichnung").toString(), "Alpha");
+        QTRY_COMPARE(QApplication::focusWidget(), ui().inpKrKontoBezeichnung);
+        ui().inpKrKontoBezeichnung->setText("Alpha");
+    }
+
+    // --- change log ---
+
+    // The history shows the account's changes, newest first; an old value goes back as an edit
+    // that must pass the checks before it is saved, and the save is logged again.
+    void verlaufUebernimmtAltenWert_data()
+    {
+        QTest::addColumn<QString>("weg");
+        QTest::addColumn<QString>("frueher");
+        QTest::addColumn<QString>("bleibt");
+        QTest::newRow("Knopf, alter Name") << "cmdVerlauf"
+                                           << "Alpha"
+                                           << "Alpha";
+        QTest::newRow("Strg+H, leerer Name wird geprüft") << "Strg+H"
+                                                          << ""
+                                                          << "Alpha KG";
+    }
+    void verlaufUebernimmtAltenWert()
+    {
+        QFETCH(QString, weg);
+        QFETCH(QString, frueher);
+        QFETCH(QString, bleibt);
+        konto(100, "Beta", "0");
+        for (const QString &text : {frueher, QStringLiteral("Alpha KG")})
+            m_db->execute("UPDATE KreditorenKontenstamm SET KrKontoBezeichnung = ?", {text});
+        oeffnen();
+        QStringList zeile;
+        QTimer::singleShot(50, this, [&] {
+            auto *f = qobject_cast<frame::Verlaufsfenster *>(QApplication::activeModalWidget());
+            if (!f)
+                return;
+            for (int s = 2; s < 5; ++s)
+                zeile << f->tabelle()->item(0, s)->text();
+            f->uebernehmenKnopf()->click();
+        });
+        fokusAuf(ui().inpKrKontoNr);
+        if (weg == u"Strg+H")
+            QTest::keyClick(ui().inpKrKontoNr, Qt::Key_H, Qt::ControlModifier);
+        else
+            QTest::mouseClick(ui().cmdVerlauf, Qt::LeftButton);
+        QCOMPARE(zeile, (QStringList {"Konto-Bezeichnung", frueher, "Alpha KG"}));
+        QCOMPARE(ui().inpKrKontoBezeichnung->text(), frueher);
+        QCOMPARE(m_form->focusWidget(), ui().inpKrKontoBezeichnung);
+        QCOMPARE(ui().KRData->UpdateRecord(), frueher == bleibt);
+        QCOMPARE(gespeichert(100, "KrKontoBezeichnung").toString(), bleibt);
+        QCOMPARE(texte(),
+                 frueher == bleibt ? QStringList {}
+                                   : QStringList {"KontoBezeichnung darf nicht leer "
+                                                  "gelassen werden"});
+        const auto log = platform::storage::Aenderungsprotokoll::lesen(
+            *m_db, "KreditorenKontenstamm", std::nullopt, "100");
+        QCOMPARE(log.front().alt.value_or("-"), frueher == bleibt ? "Alpha KG" : frueher);
+        QCOMPARE(log.front().neu.value_or("-"), bleibt);
+        ui().inpKrKontoBezeichnung->setText(bleibt);
+    }
+
+    // Another user's save of the account shown appears in the window within two seconds, below
+    // its controls; without pending edits it can be loaded, with them the typed values stay.
+    void fremdeAenderungErscheint_data()
+    {
+        QTest::addColumn<bool>("eingabe");
+        QTest::newRow("ohne eigene Eingabe: neu laden") << false;
+        QTest::newRow("mit eigener Eingabe") << true;
+    }
+    void fremdeAenderungErscheint()
+    {
+        QFETCH(bool, eingabe);
+        standardKonten();
+        oeffnen();
+        if (eingabe)
+            ui().inpKrKontoBezeichnung->setText("Alpha KG");
+        Database::openSeparate(m_ort)->execute(
+            "UPDATE KreditorenKontenstamm SET KrKontoBezeichnung = 'Fremd', KrKontoTypus = '1' "
+            "WHERE KrKontoNr = 100");
+        auto *leiste = m_form->findChild<QFrame *>("fraFremdeAenderung");
+        QVERIFY(leiste);
+        QTRY_VERIFY_WITH_TIMEOUT(leiste->isVisible(), 2000);
+        const QString text = m_form->findChild<QLabel *>("lblFremdeAenderung")->text();
+        QVERIFY2(text.contains("Konto-Bezeichnung") && text.contains("Konto-Typus"),
+                 qPrintable(text));
+        QVERIFY(leiste->geometry().top() >= ui().cmdExit->geometry().bottom());
+        auto *laden = m_form->findChild<QPushButton *>("cmdNeuLaden");
+        QCOMPARE(laden->isVisible(), !eingabe);
+        if (!eingabe)
+            laden->click();
+        QCOMPARE(ui().inpKrKontoBezeichnung->text(), eingabe ? "Alpha KG" : "Fremd");
+        QCOMPARE(ui().cmbKontoTypus->currentText(), eingabe ? "Kanzleikonto" : "Objektkonto");
+        QVERIFY(texte().isEmpty());
+        if (eingabe)
+            ui().KRData->UpdateControls();
     }
 
     void einstiegLaeuftModal()

@@ -111,6 +111,7 @@ private slots:
         QTest::addColumn<QString>("enthaelt");
         QTest::newRow("Neu") << "frmKontenStamm" << "cmdKontoNeueröff" << "(Strg+N)";
         QTest::newRow("Beenden") << "frmKontenStamm" << "cmdExit" << "(Strg+Q, Esc)";
+        QTest::newRow("Verlauf") << "frmKontenStamm" << "cmdVerlauf" << "(Strg+H)";
         for (const char *name : formen) {
             const auto f = form(QString::fromLatin1(name));
             for (QWidget *w : f->findChildren<QWidget *>()) {

@@ -4,10 +4,12 @@
 #include "platform/storage/Recordset.h"
 #include "platform/storage/Schema.h"
 
+#include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSignalSpy>
-#include <thread>
+#include <QThread>
 
 using namespace platform::storage;
 
@@ -55,17 +57,50 @@ class tst_aenderungsprotokoll : public QObject
     QString m_ort;
     std::shared_ptr<Database> m_db;
 
+    // This program again, as another user's process (see initTestCase).
+    std::unique_ptr<QProcess> anderer(const QString &auftrag = {})
+    {
+        auto p = std::make_unique<QProcess>();
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("ZEP_ANDERER_SCHREIBER"), m_ort);
+        if (!auftrag.isEmpty())
+            env.insert(QStringLiteral("ZEP_SCHREIBER_AUFTRAG"), auftrag);
+        p->setProcessEnvironment(env);
+        p->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        p->start(QCoreApplication::applicationFilePath(), {QStringLiteral("-silent")});
+        return p;
+    }
+
 private slots:
-    // Started again with ZEP_ANDERER_SCHREIBER=ORT, this program is another user saving an
-    // account, and ends.
+    // This program started again as another user's process: with ZEP_ANDERER_SCHREIBER=ORT it
+    // saves an account and ends. With ZEP_SCHREIBER_AUFTRAG=KONTO:RUNDEN:STARTDATEI as well, it
+    // says "bereit", waits for the start file and saves the creditor account RUNDEN times, two
+    // fields each time.
     void initTestCase()
     {
         const QString ort = qEnvironmentVariable("ZEP_ANDERER_SCHREIBER");
         if (ort.isEmpty())
             return;
         try {
-            Database::openSeparate(ort)->execute(
-                QStringLiteral("UPDATE ObjKanzleiKontenstamm SET KontoBezeichnung = 'Fremd'"));
+            auto db = Database::openSeparate(ort);
+            const QStringList auftrag = qEnvironmentVariable("ZEP_SCHREIBER_AUFTRAG").split(':');
+            if (auftrag.size() < 3) {
+                db->execute(
+                    QStringLiteral("UPDATE ObjKanzleiKontenstamm SET KontoBezeichnung = 'Fremd'"));
+            } else {
+                std::printf("bereit\n");
+                std::fflush(stdout);
+                const QString start = auftrag.mid(2).join(QLatin1Char(':'));
+                while (!QFile::exists(start))
+                    QThread::msleep(2);
+                for (int r = 0; r < auftrag[1].toInt(); ++r) {
+                    db->execute(QStringLiteral("UPDATE KreditorenKontenstamm SET "
+                                               "KrKontoBezeichnung = ?, KrKontoTypus = ? "
+                                               "WHERE KrKontoNr = ?"),
+                                {QStringLiteral("Runde %1").arg(r), QString::number(r % 2),
+                                 auftrag[0].toInt()});
+                }
+            }
         } catch (const std::exception &e) {
             std::fprintf(stderr, "%s\n", e.what());
             std::_Exit(1);
@@ -229,42 +264,47 @@ private slots:
         }
     }
 
-    // Writers on separate connections at once: no entry lost, no fork of the chain.
+    // Writers in separate processes at once: no entry lost, no fork of the chain.
     void gleichzeitigeSchreiber()
     {
         constexpr int schreiber = 4;
-        constexpr int runden = 15;
-        std::vector<std::unique_ptr<Database>> verbindungen;
+        constexpr int runden = 25;
+        const QString start = QDir(QDir::tempPath())
+                                  .filePath(QStringLiteral("zep-start-%1-%2")
+                                                .arg(QCoreApplication::applicationPid())
+                                                .arg(int(testhilfe::aktuelleEngine())));
+        QFile::remove(start);
+        std::vector<std::unique_ptr<QProcess>> prozesse;
         for (int i = 0; i < schreiber; ++i) {
             m_db->execute(QStringLiteral("INSERT INTO KreditorenKontenstamm (KrKontoNr) "
                                          "VALUES (?)"),
                           {33000 + i});
-            verbindungen.push_back(Database::openSeparate(m_ort));
+            prozesse.push_back(
+                anderer(QStringLiteral("%1:%2:%3").arg(33000 + i).arg(runden).arg(start)));
         }
         const qint64 vorher = letzteNr(*m_db);
-        std::vector<std::thread> faeden;
-        std::atomic<int> fehler {0};
-        for (int i = 0; i < schreiber; ++i) {
-            faeden.emplace_back([&, i] {
-                try {
-                    for (int r = 0; r < runden; ++r) {
-                        verbindungen[size_t(i)]->execute(
-                            QStringLiteral("UPDATE KreditorenKontenstamm SET "
-                                           "KrKontoBezeichnung = ? WHERE KrKontoNr = ?"),
-                            {QStringLiteral("Runde %1").arg(r), 33000 + i});
-                    }
-                } catch (...) {
-                    ++fehler;
-                }
-            });
+        // All of them write at the same moment, not one after the other as they happen to start.
+        for (auto &p : prozesse) {
+            while (!p->canReadLine())
+                QVERIFY2(p->waitForReadyRead(60000), qPrintable(p->errorString()));
         }
-        for (std::thread &f : faeden)
-            f.join();
-        QCOMPARE(fehler.load(), 0);
-        QCOMPARE(letzteNr(*m_db), vorher + schreiber * runden);
+        QFile(start).open(QIODevice::WriteOnly);
+        for (auto &p : prozesse) {
+            QVERIFY(p->waitForFinished(120000));
+            QCOMPARE(p->exitCode(), 0);
+        }
+        QFile::remove(start);
+        for (int i = 0; i < schreiber; ++i) {
+            QCOMPARE(m_db->scalar(QStringLiteral("SELECT count(*) FROM Aenderungsprotokoll "
+                                                 "WHERE Nr > ? AND Konto = ?"),
+                                  {vorher, QString::number(33000 + i)})
+                         .toInt(),
+                     runden * 2);
+        }
+        QCOMPARE(letzteNr(*m_db), vorher + schreiber * runden * 2);
         const Pruefergebnis p = Aenderungsprotokoll::pruefen(*m_db);
         QVERIFY2(p.fehlerNr == 0, qPrintable(p.meldung));
-        QCOMPARE(p.anzahl, vorher + schreiber * runden);
+        QCOMPARE(p.anzahl, vorher + schreiber * runden * 2);
     }
 
     // Another process's save reaches the screen within two seconds; its own saves do not.
@@ -275,13 +315,9 @@ private slots:
         m_db->execute(QStringLiteral("UPDATE ObjKanzleiKontenstamm SET KontoTypus = 2"));
         QTest::qWait(700);
         QCOMPARE(spy.count(), 0);
-        QProcess p;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("ZEP_ANDERER_SCHREIBER"), m_ort);
-        p.setProcessEnvironment(env);
-        p.start(QCoreApplication::applicationFilePath(), {QStringLiteral("-silent")});
-        QVERIFY(p.waitForFinished(60000));
-        QCOMPARE(p.exitCode(), 0);
+        auto p = anderer();
+        QVERIFY(p->waitForFinished(60000));
+        QCOMPARE(p->exitCode(), 0);
         QTRY_COMPARE_WITH_TIMEOUT(spy.count(), 1, 2000);
         const QList<QVariant> m = spy.front();
         QCOMPARE(m[0].toString(), QStringLiteral("ObjKanzleiKontenstamm"));
