@@ -380,8 +380,8 @@ int main(int argc, char **argv)
             const bool ok = oeffnen <= grenze && (wachstum == 0 || wachstum <= 11)
                 && med(f, "spitze") <= 512;
             std::printf("%-10s %7d %9.0f %9.0f %9.0f %9.0f %7.2f %9s %10.0f %8s\n",
-                        qPrintable(bd::engineName(f.engine)), f.konten, oeffnen, schluessel,
-                        lesen, grenze, (oeffnen - schluessel) / lesen,
+                        qPrintable(bd::engineName(f.engine)), f.konten, oeffnen, schluessel, lesen,
+                        grenze, (oeffnen - schluessel) / lesen,
                         wachstum > 0 ? qPrintable(QString::number(wachstum, 'f', 1)) : "-",
                         med(f, "spitze"), ok ? "erreicht" : "verfehlt");
         }
@@ -403,17 +403,18 @@ int main(int argc, char **argv)
             const double speichern = p95(f, "speichern" + zusatz);
             const double speichernRoh = p95(f, "speichern roh" + zusatz);
             const bool ok = bildab <= 2 && speichern <= 5;
-            std::printf("%-10s %7d %-9s %8.2f %8.2f %8.2f %6.1f %8.2f %8.2f %8.2f %8.2f %6.1f %8.2f "
-                        "%9s %8s\n",
-                        qPrintable(bd::engineName(f.engine)), f.konten,
-                        zusatz.empty() ? "nein" : "schreibt", med(f, "bildab" + zusatz), bildab,
-                        bildabRoh, bildabRoh > 0 ? bildab / bildabRoh : 0.0,
-                        med(f, "bildab rundreisen" + zusatz), med(f, "speichern" + zusatz),
-                        speichern, speichernRoh, speichernRoh > 0 ? speichern / speichernRoh : 0.0,
-                        med(f, "speichern rundreisen" + zusatz),
-                        zusatz.empty() ? "-"
-                                       : qPrintable(QString::number(med(f, "schreiber saves"))),
-                        f.konten < 500000 ? "-" : ok ? "erreicht" : "verfehlt");
+            const char *ziel = f.konten < 500000 ? "-" : ok ? "erreicht" : "verfehlt";
+            std::printf(
+                "%-10s %7d %-9s %8.2f %8.2f %8.2f %6.1f %8.2f %8.2f %8.2f %8.2f %6.1f %8.2f "
+                "%9s %8s\n",
+                qPrintable(bd::engineName(f.engine)), f.konten,
+                zusatz.empty() ? "nein" : "schreibt", med(f, "bildab" + zusatz), bildab, bildabRoh,
+                bildabRoh > 0 ? bildab / bildabRoh : 0.0, med(f, "bildab rundreisen" + zusatz),
+                med(f, "speichern" + zusatz), speichern, speichernRoh,
+                speichernRoh > 0 ? speichern / speichernRoh : 0.0,
+                med(f, "speichern rundreisen" + zusatz),
+                zusatz.empty() ? "-" : qPrintable(QString::number(med(f, "schreiber saves"))),
+                ziel);
             if (med(f, "meldungen" + zusatz) > 0)
                 std::printf("  (%0.f Meldungen)\n", med(f, "meldungen" + zusatz));
         }

@@ -517,7 +517,9 @@ private slots:
         QCOMPARE(aktuell(), "1200");
         const QString vorher = c<QLabel>(qPrintable(anzeige))->text();
         taste(Qt::Key_PageUp);
-        PositionenAttrappe::s_waehrend = [&] { m_db->execute(einfuegen); };
+        PositionenAttrappe::s_waehrend = [&] {
+            m_db->execute(einfuegen);
+        };
         m_form->seiteZeigen(7); // where the master's buttons are
         c<QPushButton>(qPrintable(knopf))->click();
         m_form->seiteZeigen(1);

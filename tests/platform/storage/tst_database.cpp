@@ -248,9 +248,9 @@ void tst_Database::wertRundreise()
     QVERIFY(!c->next());
     c.reset();
     // The same value out of a record set's packed rows.
-    Recordset rs(m_db,
-                 QStringLiteral("SELECT %1 FROM Konten WHERE KontoNr = ? AND KontoJJ = ?").arg(spalte),
-                 {QStringLiteral("0001"), 2003});
+    Recordset rs(
+        m_db, QStringLiteral("SELECT %1 FROM Konten WHERE KontoNr = ? AND KontoJJ = ?").arg(spalte),
+        {QStringLiteral("0001"), 2003});
     QCOMPARE(rs.feld(0), erwartet);
 }
 
