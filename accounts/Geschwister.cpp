@@ -169,6 +169,7 @@ void frmKontenStamm::cmdZl7BilPosAuswahl_Click()
 void frmKontenStamm::cmdBilPosStamm_Click()
 {
     geschwisterAufruf(PositionenProgId, "BilanzPosStamm", nullptr, texte::OrtBilPosStamm);
+    m_positionsTexte.clear();
     if (!mks::NurAnzeige && aktuelleZeile())
         BilanzPosSelect();
 }
@@ -176,6 +177,7 @@ void frmKontenStamm::cmdBilPosStamm_Click()
 void frmKontenStamm::cmdZl7BilPosStamm_Click()
 {
     geschwisterAufruf(PositionenProgId, "Zl7PosStamm", nullptr, texte::OrtZl7BilPosStamm);
+    m_positionsTexte.clear();
     if (!mks::NurAnzeige && aktuelleZeile())
         Zl7BilanzPosSelect();
 }

@@ -76,44 +76,65 @@ void zeigen(QComboBox *kombi, const QString &text, qint64 code)
 
 } // namespace
 
-void frmKontenStamm::BilanzPosSelect()
+void frmKontenStamm::BilanzPosSelect(bool gemerkt)
 {
-    platform::Falle(texte::OrtBilanzPosSelect, [this] {
+    platform::Falle(texte::OrtBilanzPosSelect, [&] {
         auto &u = *m_ui;
         const int seite = zahl(u.inpBilPosAktPass->text());
         if (seite == 0) {
             u.lblBilPosText->clear();
             return;
         }
+        const QVariantList params {seite, u.lblBilPosABC->text(), u.lblBilPosRöm->text(),
+                                   u.lblBilPosArab->text(), u.lblBilPosABCklein->text()};
+        QString schluessel = QStringLiteral("B");
+        for (const QVariant &p : params)
+            schluessel += u'|' + p.toString();
+        if (const auto it = m_positionsTexte.constFind(schluessel);
+            gemerkt && it != m_positionsTexte.cend()) {
+            u.lblBilPosText->setText(*it);
+            return;
+        }
         auto &bp = *u.BilPosData;
-        bp.setRecordSource(SqlBilanzPos,
-                           {seite, u.lblBilPosABC->text(), u.lblBilPosRöm->text(),
-                            u.lblBilPosArab->text(), u.lblBilPosABCklein->text()});
+        bp.setRecordSource(SqlBilanzPos, params);
         u.lblBilPosText->clear();
         if (!bp.RefreshOderFehler())
             return;
-        u.lblBilPosText->setText(bp.rs().RecordCount() > 0
-                                     ? bp.rs().feld(QStringLiteral("BilPosText")).toString()
-                                     : regeln::Unbekannt);
+        const QString text = bp.rs().RecordCount() > 0
+            ? bp.rs().feld(QStringLiteral("BilPosText")).toString()
+            : regeln::Unbekannt;
+        m_positionsTexte.insert(schluessel, text);
+        u.lblBilPosText->setText(text);
     });
 }
 
-bool frmKontenStamm::Zl7BilanzPosSelect()
+bool frmKontenStamm::Zl7BilanzPosSelect(bool gemerkt)
 {
     bool gelesen = false;
     platform::Falle(texte::OrtZl7BilanzPosSelect, [&] {
         auto &u = *m_ui;
+        const QVariantList params {zahl(u.inpBilZl7Pos1->text()), zahl(u.inpBilZl7Pos2->text()),
+                                   zahl(u.inpBilZl7Pos3->text())};
+        QString schluessel = QStringLiteral("Z");
+        for (const QVariant &p : params)
+            schluessel += u'|' + p.toString();
+        if (const auto it = m_positionsTexte.constFind(schluessel);
+            gemerkt && it != m_positionsTexte.cend()) {
+            u.lblBilZl7PosText->setText(*it);
+            gelesen = true;
+            return;
+        }
         auto &zl7 = *u.Zl7BilPosData;
-        zl7.setRecordSource(SqlZl7,
-                            {zahl(u.inpBilZl7Pos1->text()), zahl(u.inpBilZl7Pos2->text()),
-                             zahl(u.inpBilZl7Pos3->text())});
+        zl7.setRecordSource(SqlZl7, params);
         u.lblBilZl7PosText->clear();
         if (!zl7.RefreshOderFehler())
             return;
         gelesen = true;
-        u.lblBilZl7PosText->setText(zl7.rs().RecordCount() > 0
-                                        ? zl7.rs().feld(QStringLiteral("BilZl7PosText")).toString()
-                                        : regeln::Unbekannt);
+        const QString text = zl7.rs().RecordCount() > 0
+            ? zl7.rs().feld(QStringLiteral("BilZl7PosText")).toString()
+            : regeln::Unbekannt;
+        m_positionsTexte.insert(schluessel, text);
+        u.lblBilZl7PosText->setText(text);
     });
     return gelesen;
 }

@@ -307,8 +307,8 @@ void frmKontenStamm::anzeigen()
           u.cmbBeiblPos, u.cmbBeiblVerdichtKz, u.cmbKontoAbschlArt, u.cmbKontoPVAKz,
           u.cmbKontoHmzResPos, u.cmbKontoHmzResVerdichtKz})
         Texteinsetzen(kombi);
-    Zl7BilanzPosSelect();
-    BilanzPosSelect();
+    Zl7BilanzPosSelect(true);
+    BilanzPosSelect(true);
     bool ok = false;
     const qlonglong pva = rs.feld(QStringLiteral("KontoPVAZusatz")).toLongLong(&ok);
     u.chckPVAZusatz->setChecked(ok && pva != 0);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QHash>
 #include <QPointer>
 #include <QString>
 #include <QVariant>
@@ -114,9 +115,11 @@ public:
     void Kombi_Click(QComboBox *kombi);
 
     // --- position masters (Positionen.cpp) ---
-    void BilanzPosSelect();
+    // With `gemerkt` (showing a record) a text read before in this screen is shown without a
+    // look-up: paging through a year costs no query per record for the two position labels.
+    void BilanzPosSelect(bool gemerkt = false);
     // False when the look-up could not run (reported).
-    bool Zl7BilanzPosSelect();
+    bool Zl7BilanzPosSelect(bool gemerkt = false);
     void BkPOS2DataSelect();
     void BkBlockPosSelect();
     void cmbAbrPos2_Texteinsetzen();
@@ -281,6 +284,9 @@ private:
     // A refused click on a page header: its release is swallowed as well.
     bool m_registerLoslassenSchlucken = false;
     bool m_abrPosFehlen = false;
+    // Texts of balance-sheet positions read in this screen, by the look-up's parameters; emptied
+    // when the user may have edited the masters (their sibling screens).
+    QHash<QString, QString> m_positionsTexte;
     // The screen's caption as the layout gives it (titelZeigen adds to it).
     QString m_titel;
     // The control that had the focus before the "?" button took it.

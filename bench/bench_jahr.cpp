@@ -221,13 +221,13 @@ int main(int argc, char **argv)
             const double s = bd::median(e.ms) / 1e3;
             const double cpu = bd::median(e.cpu) / 1e3;
             const double spitze = bd::median(e.spitze);
-            const bool ok = f.konten < 500000 || (s <= 15 && spitze <= 1024);
+            const bool ok = s <= 15 && spitze <= 1024;
+            const char *ziel = f.konten < 500000 ? "-" : ok ? "erreicht" : "verfehlt";
             std::printf("%-10s %7d %-25s %7.2f / %5.2f %7.2f / %5.2f %5.1f / %5.1f %10.0f %9.0f "
                         "%10.0f %8s  %s\n",
                         qPrintable(bd::engineName(f.engine)), f.konten, name.c_str(), s, cpu, rohS,
-                        rohCpu, rohS > 0 ? s / rohS : 0.0, rohCpu > 0 ? cpu / rohCpu : 0.0,
-                        spitze, bd::median(e.meldungen), bd::median(e.pause),
-                        ok ? "erfüllt" : "VERFEHLT", qPrintable(e.hinweis));
+                        rohCpu, rohS > 0 ? s / rohS : 0.0, rohCpu > 0 ? cpu / rohCpu : 0.0, spitze,
+                        bd::median(e.meldungen), bd::median(e.pause), ziel, qPrintable(e.hinweis));
         }
     }
     std::printf("Ziele bei 500.000 Konten: je höchstens 15 s und 1.024 Bytes je Konto.\n");

@@ -112,7 +112,12 @@ CsvZerleger::Ergebnis CsvZerleger::lesen(QStringView text, bool ende, CsvSatz &s
             } else if (zeilenende(c)) {
                 break;
             } else {
-                feld += c;
+                // The plain characters up to the next one that means something, at once.
+                qsizetype j = i + 1;
+                while (j < n && text.at(j) != u';' && text.at(j) != u'"' && !zeilenende(text.at(j)))
+                    ++j;
+                feld += text.sliced(i, j - i);
+                i = j - 1;
             }
         }
         // The record may go on in text still to come.

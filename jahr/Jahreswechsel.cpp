@@ -29,11 +29,11 @@ QByteArrayView ohneBlanks(QByteArrayView t)
 }
 
 // vergleichswert() of both equal, without making texts for the usual kinds (half a million
-// accounts of fifty columns).
-bool gleich(const Kontenliste &a, size_t i, int sa, const Kontenliste &b, size_t j, int sb)
+// accounts of fifty columns). `x` and `y` are the values of the columns `sa` and `sb` (-1: the
+// other year lacks the column).
+bool gleich(const RohWert &x, const Kontenliste &a, size_t i, int sa, const RohWert &y,
+            const Kontenliste &b, size_t j, int sb)
 {
-    const RohWert x = sa < 0 ? RohWert {} : a.feld(i, sa);
-    const RohWert y = sb < 0 ? RohWert {} : b.feld(j, sb);
     const auto leerOderText = [](const RohWert &w) {
         return w.art == Wertart::Null || w.art == Wertart::Text;
     };
@@ -77,6 +77,8 @@ JahreswechselErgebnis jahreswechsel(Database &db, int von, int nach, bool vorsch
     }
 
     std::vector<size_t> kopieren;
+    std::vector<RohWert> quellWerte;
+    std::vector<RohWert> zielWerte;
     for (size_t i = 0; i < quelle.size(); ++i) {
         const QString nr = quelle.kontoNr(i);
         const int j = vorhanden.value(nr, -1);
@@ -85,8 +87,11 @@ JahreswechselErgebnis jahreswechsel(Database &db, int von, int nach, bool vorsch
             ergebnis.neu << nr;
         } else {
             Abweichung a {nr, {}};
+            quelle.felder(i, quellWerte);
+            ziel.felder(size_t(j), zielWerte);
             for (const auto &[s, t] : vergleiche) {
-                if (!gleich(quelle, i, s, ziel, size_t(j), t))
+                const RohWert y = t < 0 ? RohWert {} : zielWerte[size_t(t)];
+                if (!gleich(quellWerte[size_t(s)], quelle, i, s, y, ziel, size_t(j), t))
                     a.felder << namen[s];
             }
             if (a.felder.isEmpty())

@@ -237,6 +237,15 @@ ImportErgebnis importieren(Database &db, int jahr, const QString &datei, bool pr
     konten.spaltenFestlegen(spaltenIndex->namen());
     std::vector<int> kontoZeilen;
     QHash<QString, int> nummern; // number -> line
+    // Each field of the file with its place in a line, and a line of the initial values.
+    std::vector<int> feldIndex;
+    for (const Spalte *s : kopf)
+        feldIndex.push_back(spaltenIndex->index(s->name));
+    QVariantList anfangswerte {jahr};
+    for (const Spalte *s : spalten)
+        anfangswerte.append(s->typ == Spaltentyp::Text && !s->anfangswert.isValid()
+                                ? QVariant(QString())
+                                : s->anfangswert);
     CsvSatz csvSatz;
     while (leser.naechster(csvSatz)) {
         const QStringList &satz = csvSatz.felder;
@@ -252,12 +261,7 @@ ImportErgebnis importieren(Database &db, int jahr, const QString &datei, bool pr
                    QStringLiteral("%1 Felder statt %2").arg(satz.size()).arg(kopf.size()));
             continue;
         }
-        Kontozeile z {spaltenIndex, {}};
-        z.werte.append(jahr);
-        for (const Spalte *s : spalten)
-            z.werte.append(s->typ == Spaltentyp::Text && !s->anfangswert.isValid()
-                               ? QVariant(QString())
-                               : s->anfangswert);
+        Kontozeile z {spaltenIndex, anfangswerte};
         bool zeileOk = true;
         for (size_t k = 0; k < kopf.size(); ++k) {
             QString f;
@@ -266,7 +270,7 @@ ImportErgebnis importieren(Database &db, int jahr, const QString &datei, bool pr
                 fehler(zeile, kopf[k]->name, f);
                 zeileOk = false;
             }
-            z.werte[spaltenIndex->index(kopf[k]->name)] = v;
+            z.werte[feldIndex[k]] = v;
         }
         const QString nr = z.kontoNr();
         const auto form = kontenregeln::nummernform(nr);

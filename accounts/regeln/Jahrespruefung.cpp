@@ -88,8 +88,8 @@ std::vector<Kontobefund> kontoPruefen(const Kontozeile &z, const Stammdaten &s, 
     // Codes the combos cannot show.
     for (const Codeliste &l : codelisten()) {
         const QVariant v = z.wert(l.spalte);
-        bool zahl = true;
-        const int wert = v.isNull() ? 0 : v.toString().trimmed().toInt(&zahl);
+        int wert = 0;
+        const bool zahl = ganzzahlVon(v, wert);
         if (zahl && wertZulaessig(l, wert, jahr))
             continue;
         befund(l.ungueltigText.isEmpty() || !zahl || !anzeige(l, wert, jahr).ungueltig

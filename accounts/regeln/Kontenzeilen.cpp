@@ -2,6 +2,8 @@
 
 #include "accounts/regeln/Kontonummern.h"
 
+#include <limits>
+
 namespace kontenregeln {
 
 namespace {
@@ -41,12 +43,27 @@ QString Kontozeile::text(const QString &spalte) const
     return v.isNull() ? QString() : rtrim(v.toString());
 }
 
+bool ganzzahlVon(const QVariant &v, int &z)
+{
+    if (v.isNull()) {
+        z = 0;
+        return true;
+    }
+    // Numbers as stored need no detour through their text.
+    if (v.typeId() == QMetaType::LongLong || v.typeId() == QMetaType::Int) {
+        const qlonglong l = v.toLongLong();
+        z = int(l);
+        return l >= std::numeric_limits<int>::min() && l <= std::numeric_limits<int>::max();
+    }
+    bool ok = false;
+    z = v.toString().trimmed().toInt(&ok);
+    return ok;
+}
+
 int Kontozeile::zahl(const QString &spalte, int ersatz) const
 {
-    const QVariant v = wert(spalte);
-    bool ok = false;
-    const int z = v.isNull() ? 0 : v.toString().trimmed().toInt(&ok);
-    return ok ? z : ersatz;
+    int z = 0;
+    return ganzzahlVon(wert(spalte), z) ? z : ersatz;
 }
 
 Kontenliste::Kontenliste(std::shared_ptr<const Spalten> spalten,
@@ -64,6 +81,12 @@ Kontozeile Kontenliste::operator[](size_t i) const
 platform::storage::RohWert Kontenliste::feld(size_t i, int spalte) const
 {
     return m_zeilen->feld(int(i), spalte);
+}
+
+void Kontenliste::felder(size_t i, std::vector<platform::storage::RohWert> &ziel) const
+{
+    ziel.resize(size_t(m_zeilen->spaltenAnzahl()));
+    m_zeilen->felder(int(i), ziel.data());
 }
 
 QString Kontenliste::kontoNr(size_t i) const

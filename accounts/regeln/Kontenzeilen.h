@@ -37,6 +37,10 @@ private:
     mutable QHash<QString, int> m_gefragt;
 };
 
+// The whole number a value shows (null: 0), as its text would be read; false when it is none
+// or lies outside int.
+bool ganzzahlVon(const QVariant &v, int &z);
+
 // One account record.
 struct Kontozeile
 {
@@ -65,6 +69,8 @@ public:
     Kontozeile operator[](size_t i) const;
     // A value without making the row (spalte: index in spalten()).
     platform::storage::RohWert feld(size_t i, int spalte) const;
+    // All values of account `i` in one walk, into `ziel` (resized to the columns).
+    void felder(size_t i, std::vector<platform::storage::RohWert> &ziel) const;
     QVariant wert(size_t i, int spalte) const { return m_zeilen->wert(int(i), spalte); }
     QString kontoNr(size_t i) const;
     const std::shared_ptr<const Spalten> &spalten() const { return m_spalten; }

@@ -7,11 +7,28 @@
 #include <new>
 #include <stdexcept>
 
+#ifdef Q_OS_LINUX
+#include <sys/mman.h>
+#endif
+
 namespace platform::storage {
 
 namespace {
 
-enum Tag : uint8_t { TagNull = 0, TagGanzzahl = 1, TagKommazahl = 2, TagText = 3, TagDatum = 4 };
+// Tags below 8 name the kind of the value that follows; 8 to 127 are small integers themselves
+// (-8 to 111: most numbers of an account), 128 to 255 texts of up to 127 bytes with their length
+// in the tag. So most values of a row take one byte beside their text.
+enum Tag : uint8_t {
+    TagNull = 0,
+    TagGanzzahl = 1,
+    TagKommazahl = 2,
+    TagText = 3,
+    TagDatum = 4,
+    TagKlein = 8,
+    TagKurztext = 128,
+};
+constexpr qint64 KleinMin = -8;
+constexpr qint64 KleinMax = KleinMin + (TagKurztext - TagKlein) - 1;
 
 // Largest packing of one value without its text bytes: tag, 10-byte varint.
 constexpr size_t MaxKopf = 11;
@@ -48,6 +65,70 @@ inline qint64 zurueckZickzack(quint64 v)
     return qint64(v >> 1) ^ -qint64(v & 1);
 }
 
+// Packs an integer at `p` (room for MaxKopf bytes); returns the end.
+inline uint8_t *ganzzahlPacken(uint8_t *p, qint64 v)
+{
+    if (v >= KleinMin && v <= KleinMax) {
+        *p = uint8_t(TagKlein + (v - KleinMin));
+        return p + 1;
+    }
+    *p = TagGanzzahl;
+    return varintSchreiben(p + 1, zickzack(v));
+}
+
+// Packs a text or date at `p` (room for MaxKopf bytes and the text); returns the end.
+inline uint8_t *textPacken(uint8_t *p, bool datum, QByteArrayView text)
+{
+    const size_t laenge = size_t(text.size());
+    if (!datum && laenge < 128) {
+        *p++ = uint8_t(TagKurztext | laenge);
+    } else {
+        *p = datum ? TagDatum : TagText;
+        p = varintSchreiben(p + 1, laenge);
+    }
+    if (laenge)
+        std::memcpy(p, text.data(), laenge);
+    return p + laenge;
+}
+
+// Reads the value packed at `p` into `w`; returns the position after it.
+inline const uint8_t *wertLesen(const uint8_t *p, RohWert &w)
+{
+    const uint8_t tag = *p++;
+    if (tag >= TagKurztext) {
+        const size_t laenge = tag & 0x7f;
+        w.art = Wertart::Text;
+        w.text = QByteArrayView(reinterpret_cast<const char *>(p), qsizetype(laenge));
+        return p + laenge;
+    }
+    if (tag >= TagKlein) {
+        w.art = Wertart::Ganzzahl;
+        w.ganzzahl = qint64(tag - TagKlein) + KleinMin;
+        return p;
+    }
+    quint64 v = 0;
+    switch (tag) {
+    case TagGanzzahl:
+        p = varintLesen(p, v);
+        w.art = Wertart::Ganzzahl;
+        w.ganzzahl = zurueckZickzack(v);
+        return p;
+    case TagKommazahl:
+        w.art = Wertart::Kommazahl;
+        std::memcpy(&w.kommazahl, p, 8);
+        return p + 8;
+    case TagText:
+    case TagDatum:
+        w.art = tag == TagText ? Wertart::Text : Wertart::Datum;
+        p = varintLesen(p, v);
+        w.text = QByteArrayView(reinterpret_cast<const char *>(p), qsizetype(v));
+        return p + v;
+    default:
+        w.art = Wertart::Null;
+        return p;
+    }
+}
+
 QVariant alsVariant(const RohWert &w, bool alsGelesen)
 {
     switch (w.art) {
@@ -73,10 +154,50 @@ QVariant alsVariant(const RohWert &w, bool alsGelesen)
 
 } // namespace
 
+namespace {
+
+#ifdef Q_OS_LINUX
+// Blocks from this size on are mapped with all their pages at once: written page by page, a
+// large year's rows cost a page fault every 4 KB, a quarter of the whole load on a virtual
+// machine.
+constexpr size_t AbbildenAb = 64 * 1024;
+constexpr size_t Seite = 4096;
+#endif
+
+} // namespace
+
+Zeilenspeicher::Arena::Block Zeilenspeicher::Arena::blockHolen(size_t groesse)
+{
+#ifdef Q_OS_LINUX
+    if (groesse >= AbbildenAb) {
+        const size_t laenge = (groesse + Seite - 1) / Seite * Seite;
+        void *p = mmap(nullptr, laenge, PROT_READ | PROT_WRITE,
+                       MAP_PRIVATE | MAP_ANONYMOUS | MAP_POPULATE, -1, 0);
+        if (p != MAP_FAILED)
+            return Block {static_cast<uint8_t *>(p), laenge, true};
+    }
+#endif
+    auto *p = static_cast<uint8_t *>(std::malloc(groesse));
+    if (!p)
+        throw std::bad_alloc();
+    return Block {p, groesse, false};
+}
+
+void Zeilenspeicher::Arena::blockFreigeben(const Block &b)
+{
+#ifdef Q_OS_LINUX
+    if (b.abgebildet) {
+        munmap(b.daten, b.groesse);
+        return;
+    }
+#endif
+    std::free(b.daten);
+}
+
 Zeilenspeicher::Arena::~Arena()
 {
     for (const Block &b : m_bloecke)
-        std::free(b.daten);
+        blockFreigeben(b);
 }
 
 void Zeilenspeicher::Arena::neuerBlock(size_t n)
@@ -92,21 +213,19 @@ void Zeilenspeicher::Arena::neuerBlock(size_t n)
     const bool ersetzen = !m_bloecke.empty() && m_zeilenAnfang == 0;
     if (!ersetzen && m_bloecke.size() >= (size_t(1) << (32 - OffsetBits)))
         throw std::length_error("Zeilenspeicher: mehr als 4 GB Zeilendaten");
-    auto *neu = static_cast<uint8_t *>(std::malloc(groesse));
-    if (!neu)
-        throw std::bad_alloc();
+    const Block neu = blockHolen(groesse);
     if (teil)
-        std::memcpy(neu, m_block + m_zeilenAnfang, teil);
+        std::memcpy(neu.daten, m_block + m_zeilenAnfang, teil);
     if (ersetzen) {
-        std::free(m_block);
-        m_kapazitaet -= m_groesse;
-        m_bloecke.back() = Block {neu, groesse};
+        m_kapazitaet -= m_bloecke.back().groesse;
+        blockFreigeben(m_bloecke.back());
+        m_bloecke.back() = neu;
     } else {
-        m_bloecke.push_back(Block {neu, groesse});
+        m_bloecke.push_back(neu);
     }
-    m_kapazitaet += groesse;
-    m_block = neu;
-    m_groesse = groesse;
+    m_kapazitaet += neu.groesse;
+    m_block = neu.daten;
+    m_groesse = neu.groesse;
     m_belegt = teil;
     m_zeilenAnfang = 0;
 }
@@ -127,11 +246,24 @@ void Zeilenspeicher::Arena::schrumpfen()
 {
     if (m_bloecke.empty() || m_belegt == m_groesse || m_belegt == 0)
         return;
+    Block &b = m_bloecke.back();
+#ifdef Q_OS_LINUX
+    if (b.abgebildet) {
+        // The whole pages past the end go back; the block keeps its place.
+        const size_t behalten = (m_belegt + Seite - 1) / Seite * Seite;
+        if (behalten < b.groesse && munmap(b.daten + behalten, b.groesse - behalten) == 0) {
+            m_kapazitaet -= b.groesse - behalten;
+            b.groesse = behalten;
+        }
+        m_groesse = m_belegt;
+        return;
+    }
+#endif
     if (auto *p = static_cast<uint8_t *>(std::realloc(m_block, m_belegt))) {
         m_kapazitaet -= m_groesse - m_belegt;
         m_block = p;
         m_groesse = m_belegt;
-        m_bloecke.back() = Block {p, m_belegt};
+        b = Block {p, m_belegt, false};
     }
 }
 
@@ -178,9 +310,7 @@ void Zeilenspeicher::laden(Cursor &cursor, const std::function<void(qint64)> &je
             } break;
             case Wertart::Ganzzahl: {
                 uint8_t *p = m_daten.frei(MaxKopf);
-                *p = TagGanzzahl;
-                uint8_t *ende = varintSchreiben(p + 1, zickzack(cursor.ganzzahl(i)));
-                m_daten.fertig(ende);
+                m_daten.fertig(ganzzahlPacken(p, cursor.ganzzahl(i)));
                 break;
             }
             case Wertart::Kommazahl: {
@@ -193,16 +323,9 @@ void Zeilenspeicher::laden(Cursor &cursor, const std::function<void(qint64)> &je
             }
             case Wertart::Text:
             case Wertart::Datum: {
-                const bool istText = art == Wertart::Text;
                 const QByteArrayView text = cursor.utf8(i);
-                const size_t laenge = size_t(text.size());
-                uint8_t *p = m_daten.frei(MaxKopf + laenge);
-                *p = istText ? TagText : TagDatum;
-                uint8_t *q = varintSchreiben(p + 1, laenge);
-                if (laenge)
-                    std::memcpy(q, text.data(), laenge);
-                q += laenge;
-                m_daten.fertig(q);
+                uint8_t *p = m_daten.frei(MaxKopf + size_t(text.size()));
+                m_daten.fertig(textPacken(p, art == Wertart::Datum, text));
                 break;
             }
             }
@@ -236,19 +359,8 @@ int Zeilenspeicher::finden(qint64 id) const
 
 const uint8_t *Zeilenspeicher::ueberspringen(const uint8_t *p) const
 {
-    quint64 v = 0;
-    switch (*p++) {
-    case TagGanzzahl:
-        return varintLesen(p, v);
-    case TagKommazahl:
-        return p + 8;
-    case TagText:
-    case TagDatum:
-        p = varintLesen(p, v);
-        return p + v;
-    default:
-        return p;
-    }
+    RohWert w;
+    return wertLesen(p, w);
 }
 
 RohWert Zeilenspeicher::feld(int zeile, int spalte) const
@@ -257,26 +369,7 @@ RohWert Zeilenspeicher::feld(int zeile, int spalte) const
     for (int i = 0; i < spalte; ++i)
         p = ueberspringen(p);
     RohWert w;
-    quint64 v = 0;
-    switch (*p++) {
-    case TagGanzzahl:
-        varintLesen(p, v);
-        w.art = Wertart::Ganzzahl;
-        w.ganzzahl = zurueckZickzack(v);
-        break;
-    case TagKommazahl:
-        w.art = Wertart::Kommazahl;
-        std::memcpy(&w.kommazahl, p, 8);
-        break;
-    case TagText:
-    case TagDatum:
-        w.art = p[-1] == TagText ? Wertart::Text : Wertart::Datum;
-        p = varintLesen(p, v);
-        w.text = QByteArrayView(reinterpret_cast<const char *>(p), qsizetype(v));
-        break;
-    default:
-        break;
-    }
+    wertLesen(p, w);
     return w;
 }
 
@@ -285,40 +378,32 @@ QVariant Zeilenspeicher::wert(int zeile, int spalte) const
     return alsVariant(feld(zeile, spalte), false);
 }
 
-QVariantList Zeilenspeicher::zeile(int zeile, bool alsGelesen) const
+void Zeilenspeicher::felder(int zeile, RohWert *ziel) const
 {
-    QVariantList werte;
     const int n = spaltenAnzahl();
-    werte.reserve(n);
-    // Walks the packing once instead of skipping from the start for every field.
     const uint8_t *p = m_daten.zeile(m_zeilen[size_t(zeile)].offset);
     for (int i = 0; i < n; ++i) {
-        RohWert w;
-        quint64 v = 0;
-        const uint8_t tag = *p++;
-        switch (tag) {
-        case TagGanzzahl:
-            p = varintLesen(p, v);
-            w.art = Wertart::Ganzzahl;
-            w.ganzzahl = zurueckZickzack(v);
-            break;
-        case TagKommazahl:
-            w.art = Wertart::Kommazahl;
-            std::memcpy(&w.kommazahl, p, 8);
-            p += 8;
-            break;
-        case TagText:
-        case TagDatum:
-            w.art = tag == TagText ? Wertart::Text : Wertart::Datum;
-            p = varintLesen(p, v);
-            w.text = QByteArrayView(reinterpret_cast<const char *>(p), qsizetype(v));
-            p += v;
-            break;
-        default:
-            break;
-        }
-        werte.append(alsVariant(w, alsGelesen));
+        ziel[i] = RohWert {};
+        p = wertLesen(p, ziel[i]);
     }
+}
+
+QVariantList Zeilenspeicher::zeile(int zeile, bool alsGelesen) const
+{
+    const int n = spaltenAnzahl();
+    // Walks the packing once instead of skipping from the start for every field.
+    RohWert roh[64];
+    std::vector<RohWert> gross;
+    RohWert *w = roh;
+    if (n > 64) {
+        gross.resize(size_t(n));
+        w = gross.data();
+    }
+    felder(zeile, w);
+    QVariantList werte;
+    werte.reserve(n);
+    for (int i = 0; i < n; ++i)
+        werte.append(alsVariant(w[i], alsGelesen));
     return werte;
 }
 
@@ -351,9 +436,7 @@ quint32 Zeilenspeicher::packen(const QVariantList &werte)
             const qint64 zahl
                 = wert.typeId() == QMetaType::Bool ? (wert.toBool() ? -1 : 0) : wert.toLongLong();
             uint8_t *p = m_daten.frei(MaxKopf);
-            *p = TagGanzzahl;
-            uint8_t *ende = varintSchreiben(p + 1, zickzack(zahl));
-            m_daten.fertig(ende);
+            m_daten.fertig(ganzzahlPacken(p, zahl));
             break;
         }
         case QMetaType::Double:
@@ -369,14 +452,8 @@ quint32 Zeilenspeicher::packen(const QVariantList &werte)
             const bool datum = wert.typeId() == QMetaType::QDate;
             const QByteArray text
                 = datum ? wert.toDate().toString(Qt::ISODate).toUtf8() : wert.toString().toUtf8();
-            const size_t laenge = size_t(text.size());
-            uint8_t *p = m_daten.frei(MaxKopf + laenge);
-            *p = datum ? TagDatum : TagText;
-            uint8_t *q = varintSchreiben(p + 1, laenge);
-            if (laenge)
-                std::memcpy(q, text.constData(), laenge);
-            q += laenge;
-            m_daten.fertig(q);
+            uint8_t *p = m_daten.frei(MaxKopf + size_t(text.size()));
+            m_daten.fertig(textPacken(p, datum, text));
             break;
         }
         }

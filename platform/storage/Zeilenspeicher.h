@@ -59,6 +59,9 @@ public:
     // the text the engine delivered, so that it binds back unchanged.
     QVariantList zeile(int zeile, bool alsGelesen = false) const;
     RohWert feld(int zeile, int spalte) const;
+    // Every value of a row in one walk over its packing (spaltenAnzahl() places in `ziel`):
+    // reading many fields of a row through feld() walks from its start for each.
+    void felder(int zeile, RohWert *ziel) const;
     QVariant wert(int zeile, int spalte) const;
 
     void anhaengen(const QVariantList &werte);
@@ -123,7 +126,10 @@ private:
         {
             uint8_t *daten;
             size_t groesse;
+            bool abgebildet; // mapped, not from the heap
         };
+        static Block blockHolen(size_t groesse);
+        static void blockFreigeben(const Block &b);
         void neuerBlock(size_t n);
 
         std::vector<Block> m_bloecke;

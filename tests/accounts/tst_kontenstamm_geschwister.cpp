@@ -482,6 +482,54 @@ private slots:
         QVERIFY(!kk()->bearbeitet());
     }
 
+    // Paging shows position texts the screen read before; after the master was edited from
+    // here, the other accounts' texts are read again.
+    void positionstextNachStammpflege_data()
+    {
+        QTest::addColumn<QString>("knopf");
+        QTest::addColumn<QString>("setzen"); // on account 1200 (1000 keeps another position)
+        QTest::addColumn<QString>("einfuegen");
+        QTest::addColumn<QString>("anzeige");
+        QTest::newRow("Bilanz") << "cmdBilPosStamm"
+                                << "KontoBilPosAktPass = 1, KontoBilPosABC = 'C'"
+                                << "INSERT INTO BilanzPos (BilPosAktPass, BilPosABC, BilPosRöm, "
+                                   "BilPosArab, BilPosABCklein, BilPosText) "
+                                   "VALUES (1, 'C', '', '', '', 'Neu angelegt')"
+                                << "lblBilPosText";
+        QTest::newRow("ZL7") << "cmdZl7BilPosStamm"
+                             << "KontoPos1 = 4, KontoPos2 = 5, KontoPos3 = 6"
+                             << "INSERT INTO BilanzPosZL7 (BilZl7Pos1, BilZl7Pos2, BilZl7Pos3, "
+                                "BilZl7PosText) VALUES (4, 5, 6, 'Neu angelegt')"
+                             << "lblBilZl7PosText";
+    }
+    void positionstextNachStammpflege()
+    {
+        QFETCH(QString, knopf);
+        QFETCH(QString, setzen);
+        QFETCH(QString, einfuegen);
+        QFETCH(QString, anzeige);
+        standardKonten();
+        m_db->execute("UPDATE ObjKanzleiKontenstamm SET KontoBilPosAktPass = 2");
+        m_db->execute("UPDATE ObjKanzleiKontenstamm SET " + setzen + " WHERE KontoNr = '1200'");
+        oeffnen();
+        fokusAuf(c<QLineEdit>("inpKontoBezeichnung"));
+        taste(Qt::Key_PageDown);
+        QCOMPARE(aktuell(), "1200");
+        const QString vorher = c<QLabel>(qPrintable(anzeige))->text();
+        taste(Qt::Key_PageUp);
+        PositionenAttrappe::s_waehrend = [&] {
+            m_db->execute(einfuegen);
+        };
+        m_form->seiteZeigen(7); // where the master's buttons are
+        c<QPushButton>(qPrintable(knopf))->click();
+        m_form->seiteZeigen(1);
+        fokusAuf(c<QLineEdit>("inpKontoBezeichnung"));
+        taste(Qt::Key_PageDown);
+        QCOMPARE(aktuell(), "1200");
+        QVERIFY(vorher != "Neu angelegt");
+        QCOMPARE(c<QLabel>(qPrintable(anzeige))->text(), "Neu angelegt");
+    }
+
     void fehlenderGeschwisterWirdGemeldet()
     {
         standardKonten();

@@ -4,6 +4,7 @@
 #include "platform/core/RuntimeError.h"
 #include "platform/storage/Database.h"
 #include "platform/storage/PostgresDatabase.h"
+#include "platform/storage/Recordset.h"
 #include "platform/storage/SqlCipherDatabase.h"
 
 #include <QCoreApplication>
@@ -26,6 +27,7 @@ using platform::storage::Cursor;
 using platform::storage::Database;
 using platform::storage::Engine;
 using platform::storage::PostgresDatabase;
+using platform::storage::Recordset;
 using platform::storage::SqlCipherDatabase;
 using platform::storage::Transaktion;
 using platform::storage::Wertart;
@@ -137,6 +139,11 @@ private slots:
         const auto g = int(Wertart::Ganzzahl);
         QTest::newRow("ganzzahl") << "KontoTypus" << QVariant(7) << QVariant(7LL) << g;
         QTest::newRow("negativ") << "KontoTypus" << QVariant(-32768) << QVariant(-32768LL) << g;
+        // Around the small numbers a record set packs into one byte.
+        QTest::newRow("klein unten") << "KontoTypus" << QVariant(-8) << QVariant(-8LL) << g;
+        QTest::newRow("unter klein") << "KontoTypus" << QVariant(-9) << QVariant(-9LL) << g;
+        QTest::newRow("klein oben") << "KontoTypus" << QVariant(111) << QVariant(111LL) << g;
+        QTest::newRow("über klein") << "KontoTypus" << QVariant(112) << QVariant(112LL) << g;
         QTest::newRow("bool wahr") << "KontoTypus" << QVariant(true) << QVariant(-1LL) << g;
         QTest::newRow("bool falsch") << "KontoTypus" << QVariant(false) << QVariant(0LL) << g;
         QTest::newRow("null") << "KontoTypus" << QVariant() << QVariant() << int(Wertart::Null);
@@ -175,6 +182,13 @@ private slots:
             QCOMPARE(QString::fromUtf8(c->utf8(0)), erwartet.toString());
         QVERIFY(!c->next());
         QVERIFY(!c->next());
+        c.reset();
+        // The same value out of a record set's packed rows.
+        Recordset rs(m_db,
+                     QStringLiteral("SELECT %1 FROM Konten WHERE KontoNr = ? AND KontoJJ = ?")
+                         .arg(spalte),
+                     {QStringLiteral("0001"), 2003});
+        QCOMPARE(rs.feld(0), erwartet);
     }
 
     void injektionBleibtText_data()

@@ -576,6 +576,9 @@ private slots:
         QTest::newRow("größer als ein Block") << QList<int> {10, 2100000, 10} << 1 << 10;
         QTest::newRow("klein wird groß") << QList<int> {300} << 5 << 1500000;
         QTest::newRow("knapp unter einem Block") << QList<int> {1048500, 1048500} << 2 << 5;
+        // Up to 127 bytes a text's length rides in its tag byte.
+        QTest::newRow("Länge im Tag") << QList<int> {127, 128, 0, 126, 129} << 3 << 127;
+        QTest::newRow("Länge danach") << QList<int> {128} << 2 << 128000;
     }
 
     void textlaengen()
