@@ -62,8 +62,10 @@ bool ganzzahlVon(const QVariant &v, int &z)
 
 int Kontozeile::zahl(const QString &spalte, int ersatz) const
 {
+    // An empty field is no definition: the caller's stand-in, not the 0 a check would read.
+    const QVariant v = wert(spalte);
     int z = 0;
-    return ganzzahlVon(wert(spalte), z) ? z : ersatz;
+    return !v.isNull() && ganzzahlVon(v, z) ? z : ersatz;
 }
 
 Kontenliste::Kontenliste(std::shared_ptr<const Spalten> spalten,
