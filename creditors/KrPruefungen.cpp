@@ -103,9 +103,10 @@ void frmKreditorenKontenStamm::KontoBezeichnungPrüfen()
     const QString bezeichnung = m_ui->inpKrKontoBezeichnung->text();
     if (bezeichnung.isEmpty()) {
         MsgBox(regeln::TextBezeichnungLeer);
+        // The focus first: leaving the type combo checks the type, which clears the verdict.
+        m_ui->inpKrKontoBezeichnung->setFocus();
         KrFehlerFeld = m_ui->inpKrKontoBezeichnung->objectName();
         mks::PruefungFehlgeschlagen = true;
-        m_ui->inpKrKontoBezeichnung->setFocus();
     }
 }
 
