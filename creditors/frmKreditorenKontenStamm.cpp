@@ -1,7 +1,9 @@
+// The creditor account screen: loading, moving through the accounts, keys, the list and closing.
+// Reading by number, the checks, opening and deletion live in KrLesen.cpp, KrPruefungen.cpp,
+// KrNeueroeffnung.cpp and KrLoeschen.cpp.
 #include "creditors/frmKreditorenKontenStamm.h"
 
 #include "creditors/Kreditorenregeln.h"
-#include "creditors/frmKrNeu.h"
 #include "creditors/mdlKreditoren.h"
 #include "frame/DatenSteuerungen.h"
 #include "frame/Onlinehilfe.h"
@@ -10,7 +12,6 @@
 #include "platform/core/CreateObject.h"
 #include "platform/core/RuntimeError.h"
 #include "platform/core/VbWerte.h"
-#include "platform/storage/Database.h"
 #include "platform/ui/DataControl.h"
 #include "platform/ui/Fehlerfalle.h"
 #include "platform/ui/Fokus.h"
@@ -41,10 +42,7 @@ constexpr int TasteBildAuf = 33;
 constexpr int TasteBildAb = 34;
 constexpr int TasteEscape = 27;
 
-const QString OrtChkSelect = QStringLiteral("dllKontenStamm, in KrChkSelect");
-const QString OrtDirektlesen = QStringLiteral("dllKontenStamm, in KrDirektlesen");
 const QString OrtKontoListe = QStringLiteral("dllKontenStamm, in cmdKontoListe_Click");
-const QString OrtBuchungenSelect = QStringLiteral("dllKontenStamm, in KrBuchungenSelect");
 
 // The bundled selection lists and the two operations this screen needs of them: show the
 // creditor list for the call information (database in slot 0, booking year in slot 10), then
@@ -52,9 +50,6 @@ const QString OrtBuchungenSelect = QStringLiteral("dllKontenStamm, in KrBuchunge
 const QString ListenProgId = QStringLiteral("zelDiverseListen");
 constexpr const char *ListeKreditoren = "KreditorenListe";
 constexpr const char *ListeAuswahl = "AuswahlNr";
-
-const QString SqlKreditoren
-    = QStringLiteral("SELECT * ") + QStringLiteral("from KreditorenKontenstamm ");
 
 int tastenCode(int qtTaste)
 {
@@ -136,7 +131,7 @@ void frmKreditorenKontenStamm::verbinden()
 }
 
 // ---------------------------------------------------------------------------------------------
-// Loading and the record set
+// Loading and the record shown
 
 void frmKreditorenKontenStamm::Form_Load()
 {
@@ -240,69 +235,6 @@ void frmKreditorenKontenStamm::aktuelleNrZurueck()
             m_ui->KRData->rs().feld(QStringLiteral("KrKontoNr")).toString());
 }
 
-void frmKreditorenKontenStamm::KrKontenSelect()
-{
-    m_ui->KRData->setRecordSource(SqlKreditoren);
-    // A failed refresh has told the user through the data control's own message.
-    if (!m_ui->KRData->Refresh())
-        return;
-    if (m_ui->KRData->rs().RecordCount() == 0)
-        MsgBox(regeln::TextLeer, platform::vbOKOnly, regeln::TitelLeer);
-}
-
-bool frmKreditorenKontenStamm::KRChkSelect()
-{
-    bool gelesen = false;
-    platform::Falle(OrtChkSelect, [&] {
-        KrGefunden = false;
-        m_ui->KRCHKData->setRecordSource(
-            QStringLiteral("SELECT * from KreditorenKontenstamm WHERE KrKontoNr = ?"), {KrSuchNr});
-        if (!m_ui->KRCHKData->RefreshOderFehler())
-            return;
-        gelesen = true;
-        if (m_ui->KRCHKData->rs().RecordCount() > 0)
-            KrGefunden = true;
-    });
-    return gelesen;
-}
-
-void frmKreditorenKontenStamm::KrDirektlesen()
-{
-    platform::Falle(OrtDirektlesen, [this] {
-        auto &u = *m_ui;
-        KrSuchNr = regeln::kontoNr(u.inpKrKontoNr->text());
-        if (!KRChkSelect()) {
-            // Not knowing whether the account exists, nothing is read and nothing offered.
-            aktuelleNrZurueck();
-            u.inpKrKontoNr->setFocus();
-            return;
-        }
-        if (KrGefunden) {
-            KrNeuNr = KrSuchNr;
-            u.KRData->rs().FindFirst({{QStringLiteral("KrKontoNr"), KrSuchNr}});
-            return;
-        }
-        const qint32 nr = KrSuchNr;
-        aktuelleNrZurueck();
-        if (mks::NurAnzeige) {
-            MsgBox(regeln::nichtExistentNurAnzeige(nr));
-            u.inpKrKontoNr->setFocus();
-            return;
-        }
-        const int antwort
-            = MsgBox(regeln::nichtExistentFrage(nr), platform::vbYesNo | platform::vbQuestion,
-                     regeln::TitelNichtExistent);
-        if (antwort == platform::vbYes) {
-            u.inpKrKontoNr->setFocus();
-            KrFehlerFeld = KrNichtPrüfen;
-        } else {
-            mks::NeueroeffnungVomNummernfeld = true;
-            KrNeuNr = nr;
-            cmdKontoNeueröff_Click();
-        }
-    });
-}
-
 void frmKreditorenKontenStamm::KRData_Reposition()
 {
     KrPositionieren = true;
@@ -345,32 +277,8 @@ void frmKreditorenKontenStamm::cmbKontoTypus_KeyDown(int &keyCode)
         keyCode = 0;
 }
 
-void frmKreditorenKontenStamm::KRData_Validate(int &action, bool &save)
-{
-    const auto *rs = m_ui->KRData->recordsetDirekt();
-    if (!rs || rs->eof() || rs->bof() || KrAnlageLäuft)
-        return;
-    KrFehlerFeld.clear();
-    Fehlerprüfungen();
-    if (mks::PruefungFehlgeschlagen) {
-        action = platform::vbDataActionCancel;
-        return;
-    }
-    if (save && aktuelleZeile()) {
-        const QString nr = m_ui->KRData->rs().feld(QStringLiteral("KrKontoNr")).toString();
-        if (SpeichernPrüfen(*m_ui->KRData, QStringLiteral("KreditorenKontenstamm"), nr) != 0)
-            action = platform::vbDataActionCancel;
-    }
-}
-
-int frmKreditorenKontenStamm::SpeichernPrüfen(platform::DataControl &, const QString &,
-                                              const QString &)
-{
-    return 0;
-}
-
 // ---------------------------------------------------------------------------------------------
-// Keyboard, number field and buttons
+// Keyboard, list, closing
 
 bool frmKreditorenKontenStamm::eventFilter(QObject *obj, QEvent *ev)
 {
@@ -441,39 +349,6 @@ void frmKreditorenKontenStamm::Form_KeyPress(int &keyAscii)
         close();
 }
 
-void frmKreditorenKontenStamm::inpKrKontoNr_GotFocus()
-{
-    // Enter in the number field reads the account.
-    m_ui->cmdKontoEinlesen->setDefault(true);
-}
-
-void frmKreditorenKontenStamm::inpKrKontoNr_LostFocus()
-{
-    KrKontoNrVerlassen();
-}
-
-void frmKreditorenKontenStamm::KrKontoNrVerlassen()
-{
-    const QString feld = m_ui->inpKrKontoNr->objectName();
-    if (KrFehlerFeld.isEmpty() || KrFehlerFeld == feld) {
-        const QString empfaenger = m_fokus->empfaengerName();
-        if (empfaenger == m_ui->cmdKontoListe->objectName())
-            KrRückgabeFeld = feld;
-        if (empfaenger == m_ui->cmdKontoNeueröff->objectName())
-            KrNeuNr = regeln::kontoNr(m_ui->inpKrKontoNr->text());
-    }
-    if (!mks::PruefungFehlgeschlagen)
-        KrDirektlesen();
-}
-
-void frmKreditorenKontenStamm::cmdKontoEinlesen_Click()
-{
-    if (m_fokus->empfaengerName() == m_ui->inpKrKontoNr->objectName())
-        KrKontoNrVerlassen();
-    else
-        KrDirektlesen();
-}
-
 void frmKreditorenKontenStamm::cmdKontoListe_Click()
 {
     platform::Sanduhr sanduhr;
@@ -532,280 +407,6 @@ void frmKreditorenKontenStamm::closeEvent(QCloseEvent *ev)
     }
     ev->accept();
     QDialog::done(QDialog::Rejected);
-}
-
-// ---------------------------------------------------------------------------------------------
-// Field checks
-
-void frmKreditorenKontenStamm::inpKrKontoBezeichnung_LostFocus()
-{
-    const QString feld = m_ui->inpKrKontoBezeichnung->objectName();
-    if ((KrFehlerFeld.isEmpty() || KrFehlerFeld == feld)
-        && m_fokus->empfaengerName() != m_ui->cmdKontoLöschen->objectName()) {
-        KontoBezeichnungPrüfen();
-    }
-}
-
-void frmKreditorenKontenStamm::inpKrKontoTypus_LostFocus()
-{
-    const QString feld = m_ui->inpKrKontoTypus->objectName();
-    const QString empfaenger = m_fokus->empfaengerName();
-    if ((KrFehlerFeld.isEmpty() || KrFehlerFeld == feld)
-        && empfaenger != m_ui->cmdKontoLöschen->objectName()
-        && empfaenger != m_ui->cmbKontoTypus->objectName()) {
-        KontoTypusPrüfen();
-    }
-}
-
-void frmKreditorenKontenStamm::cmbKontoTypus_Validate(bool &)
-{
-    const QString empfaenger = m_fokus->empfaengerName();
-    if (empfaenger != m_ui->cmdKontoLöschen->objectName()
-        && empfaenger != m_ui->inpKrKontoTypus->objectName()) {
-        KontoTypusPrüfen();
-    }
-}
-
-void frmKreditorenKontenStamm::Fehlerprüfungen()
-{
-    if (KrLöschungLäuft || KrAnlageLäuft)
-        return;
-    // Nothing to check passes: a check that failed on a row deleted since must not keep the
-    // screen from closing.
-    mks::PruefungFehlgeschlagen = false;
-    if (!hatZeilen())
-        return;
-    KontoBezeichnungPrüfen();
-    if (!mks::PruefungFehlgeschlagen)
-        KontoTypusPrüfen();
-}
-
-void frmKreditorenKontenStamm::KontoBezeichnungPrüfen()
-{
-    mks::PruefungFehlgeschlagen = false;
-    KrFehlerFeld.clear();
-    const QString bezeichnung = m_ui->inpKrKontoBezeichnung->text();
-    if (bezeichnung.isEmpty()) {
-        MsgBox(regeln::TextBezeichnungLeer);
-        KrFehlerFeld = m_ui->inpKrKontoBezeichnung->objectName();
-        mks::PruefungFehlgeschlagen = true;
-        m_ui->inpKrKontoBezeichnung->setFocus();
-    }
-}
-
-void frmKreditorenKontenStamm::KontoTypusPrüfen()
-{
-    mks::PruefungFehlgeschlagen = false;
-    KrFehlerFeld.clear();
-    const auto code = regeln::typusCode(m_ui->inpKrKontoTypus->text());
-    if (!regeln::typusGueltig(code, m_ui->cmbKontoTypus->count())) {
-        // Marks the field only: a wrong code does not block saving or moving.
-        MsgBox(regeln::TextTypusFalsch);
-        kombiText(regeln::TextKlickenSie);
-        KrFehlerFeld = m_ui->inpKrKontoTypus->objectName();
-        m_ui->cmbKontoTypus->setFocus();
-        return;
-    }
-    // Without the postings read there is nothing to correct against.
-    if (!KrBuchungenSelect())
-        return;
-    const auto korrektur = regeln::typusKorrektur(*code, KrBuchungenVorhanden, KrBuchungMitObjekt);
-    if (!korrektur)
-        return;
-    MsgBox(regeln::typusKorrigiert(*korrektur));
-    m_ui->inpKrKontoTypus->setText(QString::number(*korrektur));
-    KontoTypusAnzeigen();
-}
-
-bool frmKreditorenKontenStamm::KrBuchungenSelect()
-{
-    KrBuchungenVorhanden = false;
-    bool gelesen = false;
-    platform::Falle(OrtBuchungenSelect, [&] {
-        platform::DataControl &kb = *m_ui->KbData;
-        kb.setRecordSource(QStringLiteral("SELECT * FROM KreditorenBuchungen WHERE KbKontoNr = ?"),
-                           {regeln::kontoNr(m_ui->inpKrKontoNr->text())});
-        if (!kb.RefreshOderFehler())
-            return;
-        gelesen = true;
-        if (kb.rs().RecordCount() > 0) {
-            KrBuchungenVorhanden = true;
-            // Only the first posting decides.
-            KrBuchungMitObjekt = regeln::buchungMitObjekt(kb.rs().feld(QStringLiteral("KbObjNr")));
-        }
-    });
-    return gelesen;
-}
-
-void frmKreditorenKontenStamm::KrKontoNrPrüfen()
-{
-    mks::PruefungFehlgeschlagen = false;
-    KrFehlerFeld.clear();
-    bool null = false;
-    try {
-        null = platform::vb::gleich(m_ui->inpKrKontoNr->text(), 0);
-    } catch (const RuntimeError &) {
-        null = false;
-    }
-    if (null) {
-        MsgBox(regeln::TextKrNrNull);
-        mks::PruefungFehlgeschlagen = true;
-        KrFehlerFeld = m_ui->inpKrKontoNr->objectName();
-        m_ui->inpKrKontoNr->setFocus();
-    }
-}
-
-// ---------------------------------------------------------------------------------------------
-// Opening
-
-void frmKreditorenKontenStamm::cmdKontoNeueröff_Click()
-{
-    auto &u = *m_ui;
-    // Setting the bookmark to itself makes the data control validate and save the row shown.
-    if (hatZeilen() && aktuelleZeile())
-        u.KRData->rs().setBookmark(u.KRData->rs().bookmark());
-    if (mks::PruefungFehlgeschlagen)
-        return;
-
-    KrNeuAbbruch = false;
-    {
-        frmKrNeu dialog(this);
-        if (dialog.exec() != QDialog::Accepted)
-            KrNeuAbbruch = true;
-    }
-    if (KrNeuAbbruch) {
-        if (hatZeilen()) {
-            aktuelleNrZurueck();
-            u.inpKrKontoNr->setFocus();
-        }
-        return;
-    }
-
-    const int antwort = MsgBox(regeln::neueroeffnenFrage(KrNeuNrText),
-                               platform::vbYesNo | platform::vbQuestion, regeln::TitelBestaetigen);
-    if (antwort == platform::vbYes) {
-        KrNeuNr = regeln::kontoNr(KrNeuNrText);
-        KrKontoAnlegen();
-    } else {
-        aktuelleNrZurueck();
-        u.inpKrKontoNr->setFocus();
-    }
-    KrNeuNr = 0;
-}
-
-void frmKreditorenKontenStamm::KrKontoAnlegen()
-{
-    auto &u = *m_ui;
-    KrAnlageLäuft = true;
-    const auto ende = qScopeGuard([] {
-        KrAnlageLäuft = false;
-        KrNeuNr = 0;
-    });
-    // The trap shows no message of its own; a row that could not be written is dropped.
-    try {
-        auto &rs = u.KRData->rs();
-        try {
-            rs.AddNew();
-            rs.setFeld(QStringLiteral("KrKontoNr"), KrNeuNr);
-            rs.setFeld(QStringLiteral("KrKontoBezeichnung"), QString());
-            rs.setFeld(QStringLiteral("KrKontoTypus"), QStringLiteral("1"));
-            rs.setFeld(QStringLiteral("KrStornoDatum"), 0);
-            rs.Update();
-        } catch (const RuntimeError &e) {
-            if (rs.editMode() != platform::storage::EditMode::Keiner)
-                rs.CancelUpdate();
-            if (e.nummer() != platform::fehlernummer::DoppelterSchluessel)
-                throw;
-            // Another user opened the number just before: his account is shown.
-            const qint32 nr = KrNeuNr;
-            KrAnlageLäuft = false;
-            rs.Requery();
-            u.inpKrKontoNr->setText(QString::number(nr));
-            KrDirektlesen();
-            MsgBox(regeln::vonAnderemEroeffnet(nr), platform::vbOKOnly | platform::vbInformation,
-                   regeln::TextBereitsExistent);
-            return;
-        }
-        rs.Requery();
-        u.inpKrKontoNr->setText(QString::number(KrNeuNr));
-        KrDirektlesen();
-        MsgBox(regeln::neuAngelegt());
-        u.inpKrKontoTypus->setText(QStringLiteral("1"));
-        // The move above did not show the type (the opening was running); show it now.
-        KontoTypusAnzeigen();
-        u.inpKrKontoBezeichnung->setFocus();
-    } catch (const RuntimeError &) { }
-}
-
-// ---------------------------------------------------------------------------------------------
-// Deletion
-
-void frmKreditorenKontenStamm::cmdKontoLöschen_Click()
-{
-    // No trap of its own: an error here reaches the top-level runtime error box.
-    auto &u = *m_ui;
-    if (MsgBox(regeln::TextLoeschenFrage, platform::vbYesNo | platform::vbQuestion,
-               regeln::TitelBestaetigen)
-        == platform::vbNo) {
-        KrLöschungLäuft = false;
-        return;
-    }
-    if (!hatZeilen())
-        return;
-    // An account whose postings cannot be read is never deleted.
-    if (!KrBuchungenSelect()) {
-        MsgBox(regeln::nichtGeloeschtOhneBuchungen(u.inpKrKontoNr->text()));
-        u.inpKrKontoNr->setFocus();
-        return;
-    }
-    if (KrBuchungenVorhanden) {
-        // The refusal hands its title where the button style belongs; converting it fails with
-        // runtime error 13 before any box appears, and nothing is deleted.
-        MsgBox(regeln::nichtLoeschbar(u.inpKrKontoNr->text()),
-               QVariant(regeln::TextLoeschungNichtMoeglich));
-        KrLöschungLäuft = false;
-        u.inpKrKontoNr->setFocus();
-        return;
-    }
-
-    KrLöschungLäuft = true;
-    const auto ende = qScopeGuard([] { KrLöschungLäuft = false; });
-    auto &rs = u.KRData->rs();
-    // Changed by another user meanwhile: asked again; kept, it is shown as stored.
-    if (!rs.Delete()) {
-        u.inpKrKontoBezeichnung->setFocus();
-        return;
-    }
-    if (rs.RecordCount() > 0) {
-        rs.MoveNext();
-        if (rs.eof())
-            rs.MoveLast();
-    } else {
-        // The last account went: nothing left to move to, the fields show nothing.
-        u.KRData->UpdateControls();
-        u.inpKrKontoNr->clear();
-        kombiText(QString());
-    }
-    u.inpKrKontoBezeichnung->setFocus();
-}
-
-void frmKreditorenKontenStamm::KrBuchungenLöschen()
-{
-    auto &u = *m_ui;
-    const auto *kb = u.KbData->recordsetDirekt();
-    if (kb && kb->RecordCount() > 0) {
-        u.KbData->rs().MoveLast();
-        KrGelöschteBuchungen = u.KbData->rs().RecordCount();
-        const qint32 nr = regeln::kontoNr(u.inpKrKontoNr->text());
-        auto db = platform::storage::Database::open(mks::DatenbankPfad);
-        // Balances and postings go together or not at all.
-        platform::storage::Transaktion t(*db);
-        db->execute(QStringLiteral("DELETE FROM KreditorenSalden WHERE KsKontoNr = ?"), {nr});
-        db->execute(QStringLiteral("DELETE FROM KreditorenBuchungen WHERE KbKontoNr = ?"), {nr});
-        t.commit();
-    }
-    if (KrGelöschteBuchungen > 0)
-        MsgBox(regeln::buchungenGeloescht(KrGelöschteBuchungen));
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -1,19 +1,14 @@
 #pragma once
 
-// The account screen under test: a fresh database per test on the engine of the run, a message
-// box recorder answering OK boxes, a stand-in for the suite's error dialog, and helpers to type,
-// press keys and read what was stored.
+// The account screen under test on the shared screen test set-up, with helpers to type, read
+// what was stored and answer the copy dialog.
 #include "accounts/frmKoBeginn.h"
 #include "accounts/frmKontenStamm.h"
-#include "common/TestDatenbank.h"
+#include "common/Bildschirmtest.h"
 #include "frame/Hilfefenster.h"
-#include "frame/mdlFehlerZL.h"
 #include "frame/mdlKontenStamm.h"
 #include "platform/core/CreateObject.h"
-#include "platform/storage/Database.h"
-#include "platform/storage/Schema.h"
 #include "platform/ui/DataControl.h"
-#include "platform/ui/MsgBox.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -21,22 +16,6 @@
 #include <QTimer>
 #include <functional>
 #include <memory>
-
-// Stands in for the suite's error dialog: remembers number and place of every report.
-class FehlerDialogAttrappe : public QObject
-{
-    Q_OBJECT
-public:
-    static inline QStringList s_berichte; // "number|place"
-    Q_INVOKABLE void Uebergeben(int nr, const QString &, const QString &, const QString &,
-                                const QString &, const QString &ort, const QString &,
-                                const QString &, bool)
-    {
-        s_berichte.append(QString::number(nr) + u'|' + ort);
-    }
-    Q_INVOKABLE void Anzeigen() { }
-    Q_INVOKABLE qint16 Ergebnis() const { return 1; }
-};
 
 // Stands in for the account list: counts its calls, keeps the parameter array it was handed and
 // returns the number the test chose (null: closed without a choice).
@@ -55,18 +34,10 @@ public:
     Q_INVOKABLE QVariant AuswahlNr() const { return s_auswahl; }
 };
 
-class KontenstammTestBasis : public QObject
+class KontenstammTestBasis : public BildschirmTestBasis
 {
-    Q_OBJECT
-
 protected:
-    using Database = platform::storage::Database;
-
-    QString m_ort;
-    std::shared_ptr<Database> m_db;
-    std::unique_ptr<platform::MsgBoxProtokoll> m_boxen;
     std::unique_ptr<frmKontenStamm> m_form;
-    std::unique_ptr<platform::KomponentenRegistrierung> m_fehlerDialog;
     // What the copy dialog meets when it is shown after an opening; closed without a choice
     // unless a test sets its own step.
     std::function<void(frmKoBeginn &)> m_kopierDialog;
@@ -148,9 +119,7 @@ protected:
     void oeffnen()
     {
         m_form = std::make_unique<frmKontenStamm>();
-        m_form->show();
-        QApplication::setActiveWindow(m_form.get());
-        QVERIFY(QTest::qWaitForWindowActive(m_form.get()));
+        zeigen(m_form.get());
     }
     // The anchor the help window shows ("" when it is not open).
     static QString hilfeAnker()
@@ -165,17 +134,6 @@ protected:
             h->close();
         QApplication::setActiveWindow(m_form.get());
         QVERIFY(QTest::qWaitForWindowActive(m_form.get()));
-    }
-    void fokusAuf(QWidget *w)
-    {
-        w->setFocus(Qt::OtherFocusReason);
-        QTRY_COMPARE(QApplication::focusWidget(), w);
-    }
-    void taste(Qt::Key key)
-    {
-        QWidget *f = QApplication::focusWidget();
-        QVERIFY(f);
-        QTest::keyClick(f, key);
     }
     // Types `text` into the number field (replacing it) and presses Enter.
     void nummerLesen(const QString &text)
@@ -198,26 +156,7 @@ protected:
         m_kopierDialoge = 0;
         m_fremdeDialoge = 0;
         qApp->installEventFilter(this);
-        mdlKontenStamm::zuruecksetzen();
-        // The host hands over its help file; the screen checks it when it loads.
-        mdlKontenStamm::AufrufInfo[mdlKontenStamm::slot::Hilfedatei]
-            = QStringLiteral(ZEP_HILFE_QUELLE);
-        FehlerDialogAttrappe::s_berichte.clear();
-        m_fehlerDialog = std::make_unique<platform::KomponentenRegistrierung>(
-            "zelAllgError", [] { return std::make_unique<FehlerDialogAttrappe>(); });
-        mdlFehlerZL::alsFehlerberichtEinrichten();
-        m_ort = testhilfe::neueDatenbank();
-        m_db = Database::open(m_ort);
-        platform::storage::schemaAnlegen(*m_db);
-        mdlKontenStamm::DatenbankPfad = m_ort;
-        mdlKontenStamm::Buchungsjahr = 2003;
-        mdlKontenStamm::VerarbeitungsBuchungsjahr = 2003;
-        mdlKontenStamm::AktuellesProgramm = "frmKontenStamm";
-        m_boxen = std::make_unique<platform::MsgBoxProtokoll>();
-        // OK boxes need no script; every question must be answered by the test.
-        m_boxen->setAntwortFunktion([](const platform::MsgBoxEintrag &e) {
-            return (e.buttons & 7) == platform::vbOKOnly ? platform::vbOK : 0;
-        });
+        sitzungAnlegen("frmKontenStamm");
     }
 
     void basisCleanup()
@@ -226,14 +165,6 @@ protected:
         m_wache.reset();
         delete frame::Hilfefenster::offenes();
         m_form.reset();
-        m_db.reset();
-        const QStringList warnungen = m_boxen->warnungen();
-        const qsizetype offen = m_boxen->offeneAntworten();
-        m_boxen.reset();
-        m_fehlerDialog.reset();
-        QVERIFY2(warnungen.isEmpty(), qPrintable(warnungen.join('\n')));
-        QCOMPARE(offen, 0);
-        QVERIFY2(FehlerDialogAttrappe::s_berichte.isEmpty() || QTest::currentTestFailed(),
-                 qPrintable(FehlerDialogAttrappe::s_berichte.join('\n')));
+        sitzungBeenden();
     }
 };

@@ -1,6 +1,5 @@
 // The creditor rules without a screen: type decisions, number values and message texts.
 #include "creditors/Kreditorenregeln.h"
-#include "frame/mdlKontenStamm.h"
 #include "platform/core/RuntimeError.h"
 
 #include <QTest>
@@ -115,27 +114,6 @@ private slots:
         }
     }
 
-    void bestaetigungZeigtSechsZeichen_data()
-    {
-        QTest::addColumn<QString>("getippt");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("123") << "123"
-                             << "Kontenstammsatz Konto 123    neueröffnen ?";
-        QTest::newRow("6 Stellen") << "654321"
-                                   << "Kontenstammsatz Konto 654321 neueröffnen ?";
-        QTest::newRow("zu lang") << "1234567"
-                                 << "Kontenstammsatz Konto 123456 neueröffnen ?";
-        QTest::newRow("führende Null") << "01"
-                                       << "Kontenstammsatz Konto 01     neueröffnen ?";
-    }
-
-    void bestaetigungZeigtSechsZeichen()
-    {
-        QFETCH(QString, getippt);
-        QFETCH(QString, text);
-        QCOMPARE(neueroeffnenFrage(mdlKontenStamm::festeLaenge6(getippt)), text);
-    }
-
     void texte()
     {
         QCOMPARE(nichtExistentFrage(42),
@@ -143,9 +121,6 @@ private slots:
                  "Klicken Sie \"JA\" oder Enter wenn Sie eine andere Auswahl treffen möchten "
                  "\r\noder \"Nein\" wenn Sie einen neuen KreditorenKontenStammsatz eröffnen "
                  "wollen:");
-        QCOMPARE(nichtExistentNurAnzeige(7),
-                 "Das KreditorenKonto mit der Nummer: 7 ist nicht existent.\r\n\r\n"
-                 "Bitte treffen Sie eine andere Auswahl.");
         QCOMPARE(typusKorrigiert(Objektkonto),
                  "Der KontoTypus \"Kanzleikonto\" ist ungültig, da bereits Buchungen mit "
                  "Objektnummer gespeichert sind.\r\nDer KontoTypus wird auf \"ObjektKonto\" "
@@ -157,7 +132,6 @@ private slots:
         QCOMPARE(nichtLoeschbar("200"),
                  "KreditorenKonto mit der Konto-Nr: 200 ist nicht löschbar, da Buchungen zu "
                  "diesem Konto existieren.");
-        QCOMPARE(buchungenGeloescht(3), "Löschung beendet.\r\nEs wurden 3 Buchungssätze gelöscht.");
     }
 };
 

@@ -1,7 +1,7 @@
 // The creditor screen driven offscreen on both engines: loading, navigation, reading by number,
-// opening, the field checks, deletion and the list button.
+// opening, the field checks on every way out of a record, deletion and the list button.
+#include "common/Bildschirmtest.h"
 #include "common/Einschleusung.h"
-#include "common/TestDatenbank.h"
 #include "creditors/frmKrNeu.h"
 #include "creditors/frmKreditorenKontenStamm.h"
 #include "creditors/mdlKreditoren.h"
@@ -31,25 +31,12 @@
 using namespace platform;
 using creditors::frmKreditorenKontenStamm;
 using creditors::frmKrNeu;
-using platform::storage::Database;
 namespace kr = creditors::mdlKreditoren;
 namespace mks = mdlKontenStamm;
 
-// Stands in for the suite's error dialog: remembers number and place of every report.
-class FehlerDialogAttrappe : public QObject
-{
-    Q_OBJECT
-public:
-    static inline QStringList s_berichte; // "number|place"
-    Q_INVOKABLE void Uebergeben(int nr, const QString &, const QString &, const QString &,
-                                const QString &, const QString &ort, const QString &,
-                                const QString &, bool)
-    {
-        s_berichte.append(QString::number(nr) + u'|' + ort);
-    }
-    Q_INVOKABLE void Anzeigen() { }
-    Q_INVOKABLE qint16 Ergebnis() const { return 1; }
-};
+namespace {
+const QString BezeichnungLeer = QStringLiteral("KontoBezeichnung darf nicht leer gelassen werden");
+}
 
 // Stands in for the selection lists: hands back s_nr and remembers the call information.
 class ListenAttrappe : public QObject
@@ -67,16 +54,13 @@ public:
     Q_INVOKABLE QVariant AuswahlNr() const { return s_nr; }
 };
 
-class TestKreditorenstamm : public QObject
+class TestKreditorenstamm : public BildschirmTestBasis
 {
     Q_OBJECT
 
 private:
-    QString m_ort;
-    std::shared_ptr<Database> m_db;
-    std::unique_ptr<MsgBoxProtokoll> m_boxen;
     std::unique_ptr<frmKreditorenKontenStamm> m_form;
-    std::unique_ptr<KomponentenRegistrierung> m_fehlerDialog;
+    std::unique_ptr<KomponentenRegistrierung> m_liste;
 
     Ui::frmKreditorenKontenStamm &ui() { return m_form->ui(); }
 
@@ -97,11 +81,10 @@ private:
         return m_db->scalar("SELECT " + feld + " FROM KreditorenKontenstamm WHERE KrKontoNr = ?",
                             {nr});
     }
-    qlonglong anzahl(const QString &tabelle)
+    qlonglong anzahl(const QString &tabelle = QStringLiteral("KreditorenKontenstamm"))
     {
         return m_db->scalar("SELECT COUNT(*) FROM " + tabelle).toLongLong();
     }
-
     // Three accounts: 100 office, 200 and 300 property accounts.
     void standardKonten()
     {
@@ -109,98 +92,44 @@ private:
         konto(200, "Beta", "1");
         konto(300, "Gamma", "1");
     }
-
     void oeffnen()
     {
         m_form = std::make_unique<frmKreditorenKontenStamm>();
-        m_form->show();
-        QApplication::setActiveWindow(m_form.get());
-        QVERIFY(QTest::qWaitForWindowActive(m_form.get()));
+        zeigen(m_form.get());
     }
-
-    void fokusAuf(QWidget *w)
-    {
-        w->setFocus(Qt::OtherFocusReason);
-        QTRY_COMPARE(QApplication::focusWidget(), w);
-    }
-
-    // Moves the focus as the user would; a check may put it back elsewhere.
-    void fokusVersuch(QWidget *w)
-    {
-        w->setFocus(Qt::OtherFocusReason);
-        QCoreApplication::processEvents();
-    }
-
-    void taste(int key)
-    {
-        QWidget *f = QApplication::focusWidget();
-        QVERIFY(f);
-        QTest::keyClick(f, Qt::Key(key));
-    }
-
     int nr() { return ui().KRData->rs().feld("KrKontoNr").toInt(); }
-
-    // Runs `schritt` on the number dialog once it is shown modally; fails the test if it never
-    // appears (the flag stays false).
-    void imDialog(bool &gesehen, std::function<void(frmKrNeu &)> schritt)
+    QStringList texte() { return m_boxen->texte(); }
+    void listeEinrichten(const QVariant &auswahl)
     {
-        gesehen = false;
-        auto versuch = std::make_shared<std::function<void(int)>>();
-        *versuch = [&gesehen, schritt, versuch](int rest) {
-            auto *d = qobject_cast<frmKrNeu *>(QApplication::activeModalWidget());
-            if (d) {
-                gesehen = true;
-                schritt(*d);
-                return;
-            }
-            if (rest > 0)
-                QTimer::singleShot(10, [versuch, rest] { (*versuch)(rest - 1); });
-        };
-        QTimer::singleShot(0, [versuch] { (*versuch)(300); });
+        ListenAttrappe::s_nr = auswahl;
+        m_liste = std::make_unique<KomponentenRegistrierung>(
+            "zelDiverseListen", [] { return std::make_unique<ListenAttrappe>(); });
     }
 
-    QStringList texte() { return m_boxen->texte(); }
+    // The number dialog with `nummer` confirmed by OK.
+    void imDialogOk(bool &gesehen, const QString &nummer)
+    {
+        imDialog<frmKrNeu>(gesehen, [nummer](frmKrNeu &d) {
+            d.ui().inpNeuEröffKontoNr->setText(nummer);
+            QTest::mouseClick(d.ui().cmdOK, Qt::LeftButton);
+        });
+    }
 
 private slots:
     void init()
     {
-        mks::zuruecksetzen();
+        sitzungAnlegen("frmKreditorenKontenStamm");
         kr::zuruecksetzen();
-        mks::AufrufInfo[mks::slot::Hilfedatei] = QStringLiteral(ZEP_HILFE_QUELLE);
-        FehlerDialogAttrappe::s_berichte.clear();
         ListenAttrappe::s_info.clear();
         ListenAttrappe::s_nr = QVariant();
         ListenAttrappe::s_aufrufe = 0;
-        m_fehlerDialog = std::make_unique<KomponentenRegistrierung>(
-            "zelAllgError", [] { return std::make_unique<FehlerDialogAttrappe>(); });
-        mdlFehlerZL::alsFehlerberichtEinrichten();
-        m_ort = testhilfe::neueDatenbank();
-        m_db = Database::open(m_ort);
-        storage::schemaAnlegen(*m_db);
-        mks::DatenbankPfad = m_ort;
-        mks::Buchungsjahr = 2003;
-        mks::VerarbeitungsBuchungsjahr = 2003;
-        mks::AktuellesProgramm = "frmKreditorenKontenStamm";
-        m_boxen = std::make_unique<MsgBoxProtokoll>();
-        // OK boxes need no script; every question must be answered by the test.
-        m_boxen->setAntwortFunktion(
-            [](const MsgBoxEintrag &e) { return (e.buttons & 7) == vbOKOnly ? vbOK : 0; });
     }
-
     void cleanup()
     {
-        delete frame::Hilfefenster::offenes();
         m_form.reset();
-        m_db.reset();
-        const QStringList warnungen = m_boxen->warnungen();
-        const qsizetype offen = m_boxen->offeneAntworten();
-        m_boxen.reset();
-        m_fehlerDialog.reset();
-        QVERIFY2(warnungen.isEmpty(), qPrintable(warnungen.join('\n')));
-        QCOMPARE(offen, 0);
+        m_liste.reset();
+        sitzungBeenden();
     }
-
-    // --- typed SQL ---
 
     void eingetippteSqlBleibtText()
     {
@@ -214,20 +143,33 @@ private slots:
             QVERIFY(ui().KRData->UpdateRecord());
             QCOMPARE(gespeichert(100, "KrKontoBezeichnung").toString(), feld->text());
         }
-        QCOMPARE(anzahl("KreditorenKontenstamm"), 3);
+        QCOMPARE(anzahl(), 3);
         QVERIFY(m_db->hasTable("ObjKanzleiKontenstamm"));
-        QVERIFY(m_db->hasTable("BilanzPos"));
         QVERIFY(texte().isEmpty());
     }
 
-    // --- help ---
-
-    // F1 opens the help at the creditor screen's own sections, also in the number dialog; a
-    // missing help file is said once at load.
-    void f1ZeigtDieHilfeDesFeldes()
+    // Keyboard use: Tab runs through the fields and buttons in order, and each of them says in
+    // German what it does. F1 opens the help at the screen's own sections, also in the number
+    // dialog; a missing help file is said once at load.
+    void tastaturUndHilfe()
     {
         standardKonten();
         oeffnen();
+        auto &u = ui();
+        const QList<QWidget *> reihe {u.inpKrKontoNr,     u.inpKrKontoBezeichnung,
+                                      u.inpKrKontoTypus,  u.cmbKontoTypus,
+                                      u.cmdKontoEinlesen, u.cmdKontoLöschen,
+                                      u.cmdKontoListe,    u.cmdKontoNeueröff,
+                                      u.cmdVerlauf,       u.cmdExit};
+        for (qsizetype i = 0; i < reihe.size(); ++i) {
+            QVERIFY2(reihe[i]->toolTip().size() > 10, qPrintable(reihe[i]->objectName()));
+            QWidget *w = reihe[i];
+            do
+                w = w->nextInFocusChain();
+            while (!(w->focusPolicy() & Qt::TabFocus));
+            if (i + 1 < reihe.size())
+                QCOMPARE(w, reihe[i + 1]);
+        }
         QStringList anker;
         const auto f1 = [&anker](QWidget *w) {
             w->setFocus();
@@ -235,14 +177,14 @@ private slots:
             auto *h = frame::Hilfefenster::offenes();
             anker << (h && h->isVisible() ? h->anker() : QString());
         };
-        f1(ui().cmbKontoTypus);
-        f1(ui().cmdKontoLöschen);
+        f1(u.cmbKontoTypus);
+        f1(u.cmdKontoLöschen);
         bool gesehen = false;
-        imDialog(gesehen, [&](frmKrNeu &d) {
-            f1(d.findChild<QWidget *>(QStringLiteral("inpNeuEröffKontoNr")));
-            d.findChild<QPushButton *>(QStringLiteral("cmdAbbrechen"))->click();
+        imDialog<frmKrNeu>(gesehen, [&](frmKrNeu &d) {
+            f1(d.ui().inpNeuEröffKontoNr);
+            QTest::mouseClick(d.ui().cmdAbbrechen, Qt::LeftButton);
         });
-        ui().cmdKontoNeueröff->click();
+        u.cmdKontoNeueröff->click();
         QVERIFY(gesehen);
         QCOMPARE(anker,
                  (QStringList {"frmKreditorenKontenStamm.cmbKontoTypus",
@@ -267,24 +209,17 @@ private slots:
         QCOMPARE(m_boxen->anzahl(), 0);
         QCOMPARE(m_form->windowTitle(), "Kreditoren-KontenStamm – Konto 1 von 3");
         QCOMPARE(ui().lblBuchjahr->text(), "2003");
-        QCOMPARE(ui().cmbKontoTypus->count(), 2);
-        QCOMPARE(ui().cmbKontoTypus->itemText(0), "Kanzleikonto");
-        QCOMPARE(ui().cmbKontoTypus->itemData(0).toInt(), 0);
-        QCOMPARE(ui().cmbKontoTypus->itemText(1), "Objektkonto");
-        QCOMPARE(ui().cmbKontoTypus->itemData(1).toInt(), 1);
         QCOMPARE(ui().inpKrKontoNr->text(), "100");
-        QCOMPARE(ui().inpKrKontoBezeichnung->text(), "Alpha");
         QCOMPARE(ui().Label1->text(), "Alpha");
         QCOMPARE(ui().cmbKontoTypus->currentText(), "Kanzleikonto");
         QVERIFY(ui().KRData->Connect().endsWith("pwd=kellerabteil4;"));
-        QCOMPARE(ui().KbData->DatabaseName(), m_ort);
-        QVERIFY(ui().cmdKontoLöschen->isEnabled());
         // The title marks an edit until it is saved by moving on.
         fokusAuf(ui().inpKrKontoBezeichnung);
         QTest::keyClicks(ui().inpKrKontoBezeichnung, "x");
         QCOMPARE(m_form->windowTitle(), "Kreditoren-KontenStamm – Konto 1 von 3 *");
         taste(Qt::Key_PageDown);
         QCOMPARE(m_form->windowTitle(), "Kreditoren-KontenStamm – Konto 2 von 3");
+        QCOMPARE(gespeichert(100, "KrKontoBezeichnung").toString(), "Alphax");
     }
 
     void leererBestandMeldetEinmalUndTastenTunNichts()
@@ -299,43 +234,41 @@ private slots:
         QVERIFY(m_form->isVisible());
     }
 
-    void blaetternBisZuDenEnden()
+    // Page keys move through the accounts from the number field and from inside the type combo,
+    // and stop at both ends; the combo never changes the type itself.
+    void blaettern_data()
     {
+        QTest::addColumn<QString>("feld");
+        QTest::newRow("Nummernfeld") << "inpKrKontoNr";
+        QTest::newRow("Typusfeld") << "cmbKontoTypus";
+    }
+    void blaettern()
+    {
+        QFETCH(QString, feld);
         standardKonten();
         oeffnen();
-        fokusAuf(ui().inpKrKontoNr);
+        fokusAuf(m_form->findChild<QWidget *>(feld));
         taste(Qt::Key_PageUp);
         QCOMPARE(texte(), QStringList {"DateiAnfang erreicht"});
         QCOMPARE(m_boxen->letzter().titel, anwendungsTitel());
         QCOMPARE(nr(), 100);
-        QCOMPARE(ui().inpKrKontoNr->text(), "100");
         taste(Qt::Key_PageDown);
+        QCOMPARE(ui().cmbKontoTypus->currentIndex(), 1);
         taste(Qt::Key_PageDown);
         QCOMPARE(ui().inpKrKontoNr->text(), "300");
-        QCOMPARE(ui().cmbKontoTypus->currentText(), "Objektkonto");
         taste(Qt::Key_PageDown);
         QCOMPARE(texte().last(), "DateiEnde erreicht");
         QCOMPARE(nr(), 300);
         QCOMPARE(ui().inpKrKontoBezeichnung->text(), "Gamma");
-    }
-
-    void blaetternImTypusFeldBewegtDenDatensatz()
-    {
-        standardKonten();
-        oeffnen();
-        fokusAuf(ui().cmbKontoTypus);
-        QCOMPARE(ui().cmbKontoTypus->currentIndex(), 0);
-        taste(Qt::Key_PageDown);
-        QCOMPARE(nr(), 200);
-        QCOMPARE(ui().cmbKontoTypus->currentIndex(), 1);
+        taste(Qt::Key_PageUp);
         taste(Qt::Key_PageUp);
         QCOMPARE(nr(), 100);
         QCOMPARE(ui().cmbKontoTypus->currentIndex(), 0);
-        // The combo never changed the type itself: nothing was written.
         QCOMPARE(gespeichert(100, "KrKontoTypus").toString(), "0");
         QCOMPARE(gespeichert(200, "KrKontoTypus").toString(), "1");
         // With the list open the keys pick no other type either.
         auto *kombi = ui().cmbKontoTypus;
+        fokusAuf(kombi);
         kombi->showPopup();
         QTRY_VERIFY(kombi->view()->isVisible());
         QTest::keyClick(kombi->view(), Qt::Key_PageDown);
@@ -346,18 +279,14 @@ private slots:
         QCOMPARE(nr(), 100);
     }
 
-    void gespeicherterTypZweiIstUngueltig()
+    void typusAnzeigenUndWaehlen()
     {
         konto(100, "Alpha", "2");
+        konto(200, "Beta", "1");
         oeffnen();
+        // A stored 2 is no type of this screen.
         QCOMPARE(ui().cmbKontoTypus->currentText(), "ungültiger Wert");
         QCOMPARE(ui().cmbKontoTypus->currentIndex(), -1);
-    }
-
-    void kombiSchreibtDenTypCode()
-    {
-        standardKonten();
-        oeffnen();
         ui().cmbKontoTypus->setCurrentIndex(1);
         QCOMPARE(ui().inpKrKontoTypus->text(), "1");
         fokusAuf(ui().inpKrKontoNr);
@@ -367,251 +296,273 @@ private slots:
 
     // --- reading by number ---
 
-    void lesenPerEnter()
+    void lesen_data()
     {
+        QTest::addColumn<int>("aufrufart"); // 200: view only
+        QTest::addColumn<QString>("eingabe");
+        QTest::addColumn<int>("antwort"); // to the question for a missing number; 0: none
+        QTest::addColumn<int>("danach");
+        QTest::addColumn<QString>("meldung"); // start of the one box; "": none
+        QTest::newRow("vorhanden") << 0 << "300" << 0 << 300 << "";
+        QTest::newRow("fehlt, Ja: bleibt") << 0 << "0777" << int(vbYes) << 200
+                                           << "das KreditorenKonto mit der Nummer: 777 ist nicht";
+        QTest::newRow("fehlt, Nein: Dialog mit der Nummer")
+            << 0 << "555" << int(vbNo) << 200
+            << "das KreditorenKonto mit der Nummer: 555 ist nicht";
+        QTest::newRow("fehlt, nur Anzeige")
+            << 200 << "999" << 0 << 200
+            << "Das KreditorenKonto mit der Nummer: 999 ist nicht existent.\r\n\r\nBitte treffen "
+               "Sie eine andere Auswahl.";
+        QTest::newRow("anderer Aufruf liest wie sonst") << 20 << "300" << 0 << 300 << "";
+    }
+    void lesen()
+    {
+        QFETCH(int, aufrufart);
+        QFETCH(QString, eingabe);
+        QFETCH(int, antwort);
+        QFETCH(int, danach);
+        QFETCH(QString, meldung);
         standardKonten();
+        mks::AufrufInfo[mks::slot::Aufrufart] = aufrufart;
         oeffnen();
+        QCOMPARE(mks::NurAnzeige, aufrufart == 200);
+        // View only: nothing can be changed or deleted; opening and the list stay.
+        for (QWidget *w : {static_cast<QWidget *>(ui().inpKrKontoBezeichnung),
+                           static_cast<QWidget *>(ui().inpKrKontoTypus),
+                           static_cast<QWidget *>(ui().cmbKontoTypus),
+                           static_cast<QWidget *>(ui().cmdKontoLöschen)})
+            QCOMPARE(w->isEnabled(), !mks::NurAnzeige);
+        QVERIFY(ui().cmdKontoNeueröff->isEnabled());
+        ui().KRData->rs().MoveNext();
         fokusAuf(ui().inpKrKontoNr);
         QVERIFY(ui().cmdKontoEinlesen->isDefault());
-        ui().inpKrKontoNr->setText("300");
-        taste(Qt::Key_Return);
-        QCOMPARE(nr(), 300);
-        QCOMPARE(ui().Label1->text(), "Gamma");
-        QCOMPARE(kr::KrNeuNr, 300);
-        QCOMPARE(m_boxen->anzahl(), 0);
-    }
-
-    void fehlendeNummerJaBleibtAmAltenKonto()
-    {
-        standardKonten();
-        oeffnen();
-        fokusAuf(ui().inpKrKontoNr);
-        taste(Qt::Key_PageDown);
-        ui().inpKrKontoNr->setText("0777");
-        m_boxen->antworte(vbYes);
-        taste(Qt::Key_Return);
-        QCOMPARE(m_boxen->anzahl(), 1);
-        const MsgBoxEintrag &frage = m_boxen->letzter();
-        QCOMPARE(frage.titel, "KreditorenKontoStammsatz nicht existent");
-        QVERIFY(
-            frage.text.startsWith("das KreditorenKonto mit der Nummer: 777 ist nicht existent"));
-        QCOMPARE(frage.buttons & 7, int(vbYesNo));
-        QCOMPARE(nr(), 200);
-        QCOMPARE(ui().inpKrKontoNr->text(), "200");
-        QCOMPARE(kr::KrFehlerFeld, "nicht prüfen");
-        QCOMPARE(QApplication::focusWidget(), ui().inpKrKontoNr);
-    }
-
-    void fehlendeNummerNeinOeffnetDenDialogMitDerNummer()
-    {
-        standardKonten();
-        oeffnen();
-        fokusAuf(ui().inpKrKontoNr);
-        ui().inpKrKontoNr->setText("555");
-        m_boxen->antworte(vbNo);
+        ui().inpKrKontoNr->setText(eingabe);
+        if (antwort)
+            m_boxen->antworte(antwort);
         bool gesehen = false;
-        QString imFeld;
-        imDialog(gesehen, [&](frmKrNeu &d) {
-            imFeld = d.ui().inpNeuEröffKontoNr->text();
+        QString imDialogFeld;
+        imDialog<frmKrNeu>(gesehen, [&](frmKrNeu &d) {
+            imDialogFeld = d.ui().inpNeuEröffKontoNr->text();
             QTest::mouseClick(d.ui().cmdAbbrechen, Qt::LeftButton);
         });
         taste(Qt::Key_Return);
-        QVERIFY(gesehen);
-        QCOMPARE(imFeld, "555");
-        QVERIFY(mks::NeueroeffnungVomNummernfeld);
-        QVERIFY(kr::KrNeuAbbruch);
-        QCOMPARE(ui().inpKrKontoNr->text(), "100");
-        QCOMPARE(anzahl("KreditorenKontenstamm"), 3);
-    }
-
-    void nurAnzeige()
-    {
-        standardKonten();
-        mks::AufrufInfo[mks::slot::Aufrufart] = 200;
-        oeffnen();
-        QVERIFY(mks::NurAnzeige);
-        QVERIFY(!ui().inpKrKontoBezeichnung->isEnabled());
-        QVERIFY(!ui().inpKrKontoTypus->isEnabled());
-        QVERIFY(!ui().cmbKontoTypus->isEnabled());
-        QVERIFY(!ui().cmdKontoLöschen->isEnabled());
-        QVERIFY(ui().cmdKontoNeueröff->isEnabled());
-        QVERIFY(ui().cmdKontoListe->isEnabled());
-        fokusAuf(ui().inpKrKontoNr);
-        ui().inpKrKontoNr->setText("999");
-        taste(Qt::Key_Return);
-        QCOMPARE(texte(),
-                 QStringList {"Das KreditorenKonto mit der Nummer: 999 ist nicht "
-                              "existent.\r\n\r\nBitte treffen Sie eine andere Auswahl."});
-        QCOMPARE(m_boxen->letzter().buttons, int(vbOKOnly));
-        QCOMPARE(ui().inpKrKontoNr->text(), "100");
-    }
-
-    void andererAufrufIstKeineNurAnzeige()
-    {
-        standardKonten();
-        mks::AufrufInfo[mks::slot::Aufrufart] = 20;
-        oeffnen();
-        QVERIFY(!mks::NurAnzeige);
-        QVERIFY(ui().inpKrKontoBezeichnung->isEnabled());
+        QCOMPARE(nr(), danach);
+        QCOMPARE(ui().inpKrKontoNr->text(), QString::number(danach));
+        QCOMPARE(gesehen, antwort == vbNo);
+        QCOMPARE(anzahl(), 3);
+        if (meldung.isEmpty()) {
+            QCOMPARE(m_boxen->anzahl(), 0);
+            QCOMPARE(ui().Label1->text(), "Gamma");
+            QCOMPARE(kr::KrNeuNr, danach);
+            return;
+        }
+        QCOMPARE(m_boxen->anzahl(), 1);
+        QVERIFY2(texte().first().startsWith(meldung), qPrintable(texte().first()));
+        QCOMPARE(m_boxen->letzter().buttons & 7, int(antwort ? vbYesNo : vbOKOnly));
+        if (antwort == vbYes) {
+            QCOMPARE(m_boxen->letzter().titel, "KreditorenKontoStammsatz nicht existent");
+            QCOMPARE(kr::KrFehlerFeld, "nicht prüfen");
+            QCOMPARE(QApplication::focusWidget(), ui().inpKrKontoNr);
+        }
+        if (antwort == vbNo) {
+            QCOMPARE(imDialogFeld, eingabe);
+            QVERIFY(mks::NeueroeffnungVomNummernfeld);
+            QVERIFY(kr::KrNeuAbbruch);
+        }
     }
 
     // --- opening ---
 
-    void eroeffnenMitNullBestandUndNeuerNummer()
+    // The number dialog refuses 0, an empty number and an existing one, and stays open.
+    void nummerndialogWeistZurueck_data()
     {
+        QTest::addColumn<QString>("eingabe");
+        QTest::addColumn<QString>("meldung");
+        QTest::addColumn<QString>("titel");
+        QTest::newRow("0") << "0"
+                           << "Kontonummer Null ist ungültig"
+                           << "KontoNr Null ungültig";
+        QTest::newRow("leer") << ""
+                              << "Kontonummer Null ist ungültig"
+                              << "KontoNr Null ungültig";
+        QTest::newRow("vorhanden") << "200"
+                                   << "Konto bereits existent" << anwendungsTitel();
+    }
+    void nummerndialogWeistZurueck()
+    {
+        QFETCH(QString, eingabe);
+        QFETCH(QString, meldung);
+        QFETCH(QString, titel);
         standardKonten();
         oeffnen();
         bool gesehen = false;
-        QStringList ablauf;
-        imDialog(gesehen, [&](frmKrNeu &d) {
-            auto *feld = d.ui().inpNeuEröffKontoNr;
-            ablauf << feld->text();
-            QTest::mouseClick(d.ui().cmdOK, Qt::LeftButton); // 0
-            ablauf << QString::number(d.isVisible());
-            feld->clear();
-            QTest::mouseClick(d.ui().cmdOK, Qt::LeftButton); // empty counts as 0
-            feld->setText("200");
+        bool offen = false;
+        imDialog<frmKrNeu>(gesehen, [&](frmKrNeu &d) {
+            d.ui().inpNeuEröffKontoNr->setText(eingabe);
             QTest::mouseClick(d.ui().cmdOK, Qt::LeftButton);
-            ablauf << QString::number(d.isVisible());
-            feld->setText("123");
-            QTest::mouseClick(d.ui().cmdOK, Qt::LeftButton);
+            offen = d.isVisible();
+            QTest::mouseClick(d.ui().cmdAbbrechen, Qt::LeftButton);
         });
-        m_boxen->antworte({vbOK, vbOK, vbOK, vbYes});
-        // Pressed without leaving the number field, which would propose the number read.
         ui().cmdKontoNeueröff->click();
         QVERIFY(gesehen);
-        QCOMPARE(ablauf, (QStringList {"0", "1", "1"}));
-        const auto &e = m_boxen->eintraege();
-        QCOMPARE(e.size(), 5);
-        QCOMPARE(e[0].text, "Kontonummer Null ist ungültig");
-        QCOMPARE(e[0].titel, "KontoNr Null ungültig");
-        QCOMPARE(e[1].text, "Kontonummer Null ist ungültig");
-        QCOMPARE(e[2].text, "Konto bereits existent");
-        QCOMPARE(e[2].titel, anwendungsTitel());
-        QCOMPARE(e[3].text, "Kontenstammsatz Konto 123    neueröffnen ?");
-        QCOMPARE(e[3].titel, "Bitte bestätigen Sie");
-        QVERIFY(e[4].text.startsWith("Sie haben Soeben einen neuen KreditorenKontenStammsatz"));
+        QVERIFY(offen);
+        QCOMPARE(texte(), QStringList {meldung});
+        QCOMPARE(m_boxen->letzter().titel, titel);
+        QCOMPARE(anzahl(), 3);
+        QCOMPARE(ui().inpKrKontoNr->text(), "100");
+    }
 
-        QCOMPARE(anzahl("KreditorenKontenstamm"), 4);
+    void eroeffnen_data()
+    {
+        QTest::addColumn<bool>("leer"); // no account yet
+        QTest::addColumn<int>("bestaetigung");
+        QTest::addColumn<bool>("zuvor"); // another user opens 123 between check and write
+        QTest::newRow("bestätigt") << false << int(vbYes) << false;
+        QTest::newRow("nicht bestätigt") << false << int(vbNo) << false;
+        QTest::newRow("im leeren Bestand") << true << int(vbYes) << false;
+        QTest::newRow("ein anderer kam zuvor") << false << int(vbYes) << true;
+    }
+    void eroeffnen()
+    {
+        QFETCH(bool, leer);
+        QFETCH(int, bestaetigung);
+        QFETCH(bool, zuvor);
+        if (!leer)
+            standardKonten();
+        const qlonglong vorher = anzahl();
+        oeffnen();
+        m_boxen->leeren();
+        auto andere = Database::openSeparate(m_ort);
+        bool gesehen = false;
+        imDialogOk(gesehen, "123");
+        m_boxen->setAntwortFunktion([&](const MsgBoxEintrag &e) {
+            if (!e.text.startsWith("Kontenstammsatz Konto 123"))
+                return (e.buttons & 7) == vbOKOnly ? vbOK : 0;
+            if (zuvor)
+                andere->execute("INSERT INTO KreditorenKontenstamm (KrKontoNr, "
+                                "KrKontoBezeichnung, KrKontoTypus, KrStornoDatum) VALUES (123, "
+                                "'Fremd', '0', 0)");
+            return bestaetigung;
+        });
+        // Pressed without leaving the number field, which would propose the number read.
+        ui().inpKrKontoNr->setText("9");
+        ui().cmdKontoNeueröff->click();
+        QVERIFY(gesehen);
+        QCOMPARE(texte().first(), "Kontenstammsatz Konto 123    neueröffnen ?");
+        QCOMPARE(m_boxen->eintraege().first().titel, "Bitte bestätigen Sie");
+        QVERIFY(!kr::KrAnlageLäuft);
+        QCOMPARE(kr::KrNeuNr, 0);
+        if (bestaetigung == vbNo) {
+            QCOMPARE(m_boxen->anzahl(), 1);
+            QCOMPARE(anzahl(), vorher);
+            QCOMPARE(ui().inpKrKontoNr->text(), "100");
+            return;
+        }
+        QCOMPARE(anzahl(), vorher + 1);
+        QCOMPARE(nr(), 123);
+        QCOMPARE(ui().inpKrKontoNr->text(), "123");
+        if (zuvor) {
+            QVERIFY2(texte().last().startsWith("Das KreditorenKonto 123 wurde soeben von einem "
+                                               "anderen Benutzer eröffnet."),
+                     qPrintable(texte().join('|')));
+            QCOMPARE(ui().inpKrKontoBezeichnung->text(), "Fremd");
+            return;
+        }
+        QVERIFY(texte().last().startsWith("Sie haben Soeben einen neuen KreditorenKontenStammsatz"));
         QCOMPARE(gespeichert(123, "KrKontoTypus").toString(), "1");
         QCOMPARE(gespeichert(123, "KrKontoBezeichnung").toString(), "");
         QCOMPARE(gespeichert(123, "KrStornoDatum").toLongLong(), 0);
-        QCOMPARE(nr(), 123);
-        QCOMPARE(ui().inpKrKontoNr->text(), "123");
-        QCOMPARE(ui().inpKrKontoTypus->text(), "1");
         QCOMPARE(ui().cmbKontoTypus->currentText(), "Objektkonto");
         QCOMPARE(m_form->focusWidget(), ui().inpKrKontoBezeichnung);
-        QVERIFY(!kr::KrAnlageLäuft);
-        QCOMPARE(kr::KrNeuNr, 0);
-
         // The empty name is reported when the user leaves the field.
         QApplication::setActiveWindow(m_form.get());
         QVERIFY(QTest::qWaitForWindowActive(m_form.get()));
         QTRY_COMPARE(QApplication::focusWidget(), ui().inpKrKontoBezeichnung);
         fokusVersuch(ui().cmdExit);
-        QCOMPARE(texte().last(), "KontoBezeichnung darf nicht leer gelassen werden");
+        QCOMPARE(texte().last(), BezeichnungLeer);
         QCOMPARE(QApplication::focusWidget(), ui().inpKrKontoBezeichnung);
         QVERIFY(mks::PruefungFehlgeschlagen);
     }
 
-    // Another user opens the same number between the check and the write: his account is shown.
-    void eroeffnenKamEinAndererZuvor()
-    {
-        standardKonten();
-        oeffnen();
-        auto andere = Database::openSeparate(m_ort);
-        bool gesehen = false;
-        imDialog(gesehen, [&](frmKrNeu &d) {
-            d.ui().inpNeuEröffKontoNr->setText("123");
-            QTest::mouseClick(d.ui().cmdOK, Qt::LeftButton);
-        });
-        m_boxen->setAntwortFunktion([&](const MsgBoxEintrag &e) {
-            if (!e.text.startsWith("Kontenstammsatz Konto 123"))
-                return (e.buttons & 7) == vbOKOnly ? vbOK : 0;
-            andere->execute("INSERT INTO KreditorenKontenstamm (KrKontoNr, KrKontoBezeichnung, "
-                            "KrKontoTypus, KrStornoDatum) VALUES (123, 'Fremd', '0', 0)");
-            return int(vbYes);
-        });
-        ui().cmdKontoNeueröff->click();
-        QVERIFY(gesehen);
-        QVERIFY2(texte().last().startsWith("Das KreditorenKonto 123 wurde soeben von einem anderen "
-                                           "Benutzer eröffnet."),
-                 qPrintable(texte().join('|')));
-        QCOMPARE(nr(), 123);
-        QCOMPARE(ui().inpKrKontoBezeichnung->text(), "Fremd");
-        QCOMPARE(anzahl("KreditorenKontenstamm"), 4);
-        QVERIFY(!kr::KrAnlageLäuft);
-    }
-
-    void eroeffnenNichtBestaetigt()
-    {
-        standardKonten();
-        oeffnen();
-        bool gesehen = false;
-        imDialog(gesehen, [&](frmKrNeu &d) {
-            d.ui().inpNeuEröffKontoNr->setText("4711");
-            QTest::mouseClick(d.ui().cmdOK, Qt::LeftButton);
-        });
-        m_boxen->antworte(vbNo);
-        ui().inpKrKontoNr->setText("9");
-        ui().cmdKontoNeueröff->click();
-        QVERIFY(gesehen);
-        QCOMPARE(texte(), QStringList {"Kontenstammsatz Konto 4711   neueröffnen ?"});
-        QCOMPARE(anzahl("KreditorenKontenstamm"), 3);
-        QCOMPARE(ui().inpKrKontoNr->text(), "100");
-        QCOMPARE(kr::KrNeuNr, 0);
-    }
-
-    void eroeffnenInLeeremBestand()
-    {
-        oeffnen();
-        bool gesehen = false;
-        imDialog(gesehen, [&](frmKrNeu &d) {
-            d.ui().inpNeuEröffKontoNr->setText("1");
-            QTest::mouseClick(d.ui().cmdOK, Qt::LeftButton);
-        });
-        m_boxen->antworte(vbYes);
-        ui().cmdKontoNeueröff->click();
-        QVERIFY(gesehen);
-        QCOMPARE(anzahl("KreditorenKontenstamm"), 1);
-        QCOMPARE(nr(), 1);
-        QCOMPARE(ui().inpKrKontoNr->text(), "1");
-    }
-
-    void eroeffnenVerlangtZuerstEinenGueltigenDatensatz()
-    {
-        standardKonten();
-        oeffnen();
-        ui().inpKrKontoBezeichnung->clear();
-        ui().cmdKontoNeueröff->click(); // no dialog: the check refuses first
-        QCOMPARE(texte(), QStringList {"KontoBezeichnung darf nicht leer gelassen werden"});
-        QCOMPARE(gespeichert(100, "KrKontoBezeichnung").toString(), "Alpha");
-    }
-
     // --- checks ---
 
-    void leereBezeichnungHaeltDieBewegungAuf()
+    // An empty name holds the record on every way out of it: nothing is saved, nothing else
+    // opens and the screen stays where it is.
+    void leereBezeichnungHaeltFest_data()
     {
+        QTest::addColumn<QString>("weg");
+        for (const char *weg :
+             {"Tab zum Nummernfeld", "Bild ab", "Bild auf", "Bild ab im Typusfeld",
+              "Bild auf im Typusfeld", "Escape im Typusfeld", "Escape", "Beenden", "Strg+Q",
+              "Schliessen", "neu", "Strg+N", "Liste", "Strg+F", "Verlauf", "Strg+H",
+              "Einlesen einer anderen Nummer"})
+            QTest::newRow(weg) << QString::fromUtf8(weg);
+    }
+    void leereBezeichnungHaeltFest()
+    {
+        QFETCH(QString, weg);
         standardKonten();
         oeffnen();
-        fokusAuf(ui().inpKrKontoBezeichnung);
-        ui().inpKrKontoBezeichnung->clear();
-        fokusVersuch(ui().inpKrKontoNr); // leaving the field checks it
-        QCOMPARE(texte(), QStringList {"KontoBezeichnung darf nicht leer gelassen werden"});
-        QTRY_COMPARE(QApplication::focusWidget(), ui().inpKrKontoBezeichnung);
-        QCOMPARE(kr::KrFehlerFeld, "inpKrKontoBezeichnung");
-        taste(Qt::Key_PageDown);
-        QCOMPARE(nr(), 100);
-        QCOMPARE(m_boxen->anzahl(), 2);
-        // Closing is refused as well.
-        QVERIFY(!m_form->close());
+        listeEinrichten(300);
+        ui().KRData->rs().MoveNext();
+        auto *name = ui().inpKrKontoBezeichnung;
+        if (weg.endsWith(u"im Typusfeld")) {
+            fokusAuf(ui().cmbKontoTypus);
+            name->setText(QString());
+        } else {
+            fokusAuf(name);
+            name->clear();
+        }
+        // Any dialog that opens (number dialog, history) is a way round the check.
+        bool dialog = false;
+        QTimer wache;
+        connect(&wache, &QTimer::timeout, [&dialog] {
+            if (auto *d = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
+                dialog = true;
+                d->reject();
+            }
+        });
+        wache.start(10);
+        if (weg.startsWith(u"Tab"))
+            fokusVersuch(ui().inpKrKontoNr);
+        else if (weg.startsWith(u"Bild ab"))
+            taste(Qt::Key_PageDown);
+        else if (weg.startsWith(u"Bild auf"))
+            taste(Qt::Key_PageUp);
+        else if (weg.startsWith(u"Escape"))
+            taste(Qt::Key_Escape);
+        else if (weg == u"Beenden")
+            QTest::mouseClick(ui().cmdExit, Qt::LeftButton);
+        else if (weg.startsWith(u"Strg+"))
+            QTest::keySequence(QApplication::focusWidget(),
+                               QKeySequence(QString(weg).replace(QStringLiteral("Strg"), QStringLiteral("Ctrl"))));
+        else if (weg == u"Schliessen")
+            QVERIFY(!m_form->close());
+        else if (weg == u"neu")
+            QTest::mouseClick(ui().cmdKontoNeueröff, Qt::LeftButton);
+        else if (weg == u"Liste")
+            QTest::mouseClick(ui().cmdKontoListe, Qt::LeftButton);
+        else if (weg == u"Verlauf")
+            QTest::mouseClick(ui().cmdVerlauf, Qt::LeftButton);
+        else {
+            ui().inpKrKontoNr->setText("300");
+            QTest::mouseClick(ui().cmdKontoEinlesen, Qt::LeftButton);
+        }
+        QTest::qWait(50);
+        QVERIFY(!texte().isEmpty());
+        QCOMPARE(texte().filter(BezeichnungLeer), texte());
         QVERIFY(m_form->isVisible());
-        QCOMPARE(m_boxen->anzahl(), 3);
-
-        QTest::keyClicks(ui().inpKrKontoBezeichnung, "Neu");
-        taste(Qt::Key_PageDown);
+        QVERIFY(!dialog);
+        QVERIFY(FehlerDialogAttrappe::s_berichte.isEmpty()); // the list would report 429
         QCOMPARE(nr(), 200);
-        QCOMPARE(gespeichert(100, "KrKontoBezeichnung").toString(), "Neu");
+        QCOMPARE(gespeichert(200, "KrKontoBezeichnung").toString(), "Beta");
+        QVERIFY(mks::PruefungFehlgeschlagen);
+        // Corrected, the record is saved by the next move.
+        fokusAuf(name);
+        QTest::keyClicks(name, "Neu");
+        taste(Qt::Key_PageDown);
+        QCOMPARE(nr(), 300);
+        QCOMPARE(gespeichert(200, "KrKontoBezeichnung").toString(), "Neu");
     }
 
     void falscherTypMarkiertNurUndBlockiertNicht()
@@ -648,7 +599,6 @@ private slots:
         QTest::newRow("ohne Buchungen Kanzlei") << "0" << QVariantList {} << "0" << 0;
         QTest::newRow("ohne Buchungen Objekt") << "1" << QVariantList {} << "1" << 0;
     }
-
     void typGegenDieBuchungen()
     {
         QFETCH(QString, typus);
@@ -669,10 +619,9 @@ private slots:
             QVERIFY2(texte().first().startsWith(danach == "0" ? "Der KontoTypus \"Objektkonto\""
                                                               : "Der KontoTypus \"Kanzleikonto\""),
                      qPrintable(texte().join('|')));
+            QCOMPARE(ui().cmbKontoTypus->currentIndex(), danach.toInt());
         }
         QCOMPARE(ui().inpKrKontoTypus->text(), danach);
-        if (meldungen)
-            QCOMPARE(ui().cmbKontoTypus->currentIndex(), danach.toInt());
         QVERIFY(!mks::PruefungFehlgeschlagen);
         ui().KRData->rs().MoveNext();
         QCOMPARE(gespeichert(100, "KrKontoTypus").toString(), danach);
@@ -749,7 +698,6 @@ private slots:
         QTest::newRow("00") << "00" << true;
         QTest::newRow("5") << "5" << false;
     }
-
     void kontoNrPruefenOhneAufrufer()
     {
         QFETCH(QString, nr);
@@ -760,31 +708,32 @@ private slots:
         mks::PruefungFehlgeschlagen = !fehler;
         m_form->KrKontoNrPrüfen();
         QCOMPARE(mks::PruefungFehlgeschlagen, fehler);
-        QCOMPARE(m_boxen->anzahl(), fehler ? 1 : 0);
-        if (fehler) {
-            QCOMPARE(texte().first(), "KreditorenKontonummer Null ist ungültig");
+        QCOMPARE(texte(),
+                 fehler ? QStringList {"KreditorenKontonummer Null ist ungültig"} : QStringList());
+        if (fehler)
             QCOMPARE(kr::KrFehlerFeld, "inpKrKontoNr");
-        }
     }
 
     // --- deletion ---
 
-    void loeschenOhneBuchungen_data()
+    void loeschen_data()
     {
         QTest::addColumn<int>("position");
-        QTest::addColumn<int>("danach");
+        QTest::addColumn<int>("antwort");
         QTest::addColumn<bool>("taste");
-        QTest::newRow("mittleres") << 1 << 300 << false;
-        QTest::newRow("letztes") << 2 << 200 << false;
-        QTest::newRow("erstes") << 0 << 200 << false;
-        QTest::newRow("mit Strg+L") << 1 << 300 << true;
+        QTest::addColumn<int>("danach"); // 0: nothing deleted
+        QTest::newRow("mittleres") << 1 << int(vbYes) << false << 300;
+        QTest::newRow("letztes") << 2 << int(vbYes) << false << 200;
+        QTest::newRow("erstes") << 0 << int(vbYes) << false << 200;
+        QTest::newRow("mit Strg+L") << 1 << int(vbYes) << true << 300;
+        QTest::newRow("nein") << 1 << int(vbNo) << false << 0;
     }
-
-    void loeschenOhneBuchungen()
+    void loeschen()
     {
         QFETCH(int, position);
-        QFETCH(int, danach);
+        QFETCH(int, antwort);
         QFETCH(bool, taste);
+        QFETCH(int, danach);
         standardKonten();
         m_db->execute("INSERT INTO KreditorenSalden (KsKontoNr, KsJJ) VALUES (200, 2003)");
         oeffnen();
@@ -794,20 +743,24 @@ private slots:
         // An empty name does not stop the deletion when leaving towards the button.
         fokusAuf(ui().inpKrKontoBezeichnung);
         ui().inpKrKontoBezeichnung->clear();
-        m_boxen->antworte(vbYes);
+        m_boxen->antworte(antwort);
         if (taste)
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_L, Qt::ControlModifier);
         else
             QTest::mouseClick(ui().cmdKontoLöschen, Qt::LeftButton);
         QCOMPARE(texte(), QStringList {"KreditorenKontenstammsatz löschen ?"});
         QCOMPARE(m_boxen->letzter().titel, "Bitte bestätigen Sie");
-        QVERIFY(gespeichert(weg, "KrKontoNr").isNull());
-        QCOMPARE(anzahl("KreditorenKontenstamm"), 2);
+        QVERIFY(!kr::KrLöschungLäuft);
         QCOMPARE(anzahl("KreditorenSalden"), 1); // balances are not touched
+        if (!danach) {
+            QCOMPARE(anzahl(), 3);
+            return;
+        }
+        QVERIFY(gespeichert(weg, "KrKontoNr").isNull());
+        QCOMPARE(anzahl(), 2);
         QCOMPARE(nr(), danach);
         QCOMPARE(ui().inpKrKontoNr->text(), QString::number(danach));
         QCOMPARE(QApplication::focusWidget(), ui().inpKrKontoBezeichnung);
-        QVERIFY(!kr::KrLöschungLäuft);
     }
 
     void nachDemLetztenKontoSchliessbar()
@@ -821,88 +774,9 @@ private slots:
         // The faulty row goes; the check that failed on it must not keep the screen open.
         m_boxen->antworte(vbYes);
         QTest::mouseClick(ui().cmdKontoLöschen, Qt::LeftButton);
-        QCOMPARE(anzahl("KreditorenKontenstamm"), 0);
+        QCOMPARE(anzahl(), 0);
         QVERIFY(m_form->close());
-        QCOMPARE(texte(),
-                 (QStringList {"KontoBezeichnung darf nicht leer gelassen werden",
-                               "KreditorenKontenstammsatz löschen ?"}));
-    }
-
-    void nachschlagenOhneTabelle_data()
-    {
-        QTest::addColumn<QString>("tabelle"); // made unreadable after loading
-        QTest::addColumn<QString>("aktion");
-        QTest::addColumn<QString>("ort");
-        QTest::addColumn<QStringList>("meldungen");
-        QTest::newRow("lesen") << "KreditorenKontenstamm"
-                               << "lesen"
-                               << "dllKontenStamm, in KrChkSelect" << QStringList();
-        QTest::newRow("neu") << "KreditorenKontenstamm"
-                             << "neu"
-                             << "dllKontenStamm, in KrChkSelect" << QStringList();
-        QTest::newRow("löschen")
-            << "KreditorenBuchungen"
-            << "löschen"
-            << "dllKontenStamm, in KrBuchungenSelect"
-            << QStringList {"KreditorenKontenstammsatz löschen ?",
-                            "KreditorenKonto mit der Konto-Nr: 100 wurde nicht gelöscht, da die "
-                            "Buchungen zu diesem Konto nicht gelesen werden konnten."};
-        QTest::newRow("typ") << "KreditorenBuchungen"
-                             << "typ"
-                             << "dllKontenStamm, in KrBuchungenSelect" << QStringList();
-    }
-
-    void nachschlagenOhneTabelle()
-    {
-        QFETCH(QString, tabelle);
-        QFETCH(QString, aktion);
-        QFETCH(QString, ort);
-        QFETCH(QStringList, meldungen);
-        standardKonten();
-        oeffnen();
-        // Leaving the number field reads it again, and with it the postings: not here.
-        fokusAuf(aktion == u"typ" ? ui().inpKrKontoTypus : ui().inpKrKontoBezeichnung);
-        m_db->execute("DROP TABLE " + tabelle);
-        if (aktion == u"lesen") {
-            // Not knowing whether 555 exists, nothing is read and no opening offered.
-            fokusAuf(ui().inpKrKontoNr);
-            ui().inpKrKontoNr->setText("555");
-            taste(Qt::Key_Return);
-            QCOMPARE(ui().inpKrKontoNr->text(), "100");
-        } else if (aktion == u"neu") {
-            bool gesehen = false;
-            bool offen = false;
-            imDialog(gesehen, [&](frmKrNeu &d) {
-                d.ui().inpNeuEröffKontoNr->setText("555");
-                QTest::mouseClick(d.ui().cmdOK, Qt::LeftButton);
-                offen = d.isVisible();
-                QTest::mouseClick(d.ui().cmdAbbrechen, Qt::LeftButton);
-            });
-            ui().cmdKontoNeueröff->click();
-            QVERIFY(gesehen);
-            QVERIFY(offen);
-        } else if (aktion == u"löschen") {
-            m_boxen->antworte(vbYes);
-            QTest::mouseClick(ui().cmdKontoLöschen, Qt::LeftButton);
-            QCOMPARE(anzahl("KreditorenKontenstamm"), 3);
-        } else {
-            // Without the postings no correction is made against them.
-            ui().inpKrKontoTypus->setText("1");
-            fokusAuf(ui().inpKrKontoBezeichnung);
-            QCOMPARE(ui().inpKrKontoTypus->text(), "1");
-        }
-        QCOMPARE(FehlerDialogAttrappe::s_berichte, QStringList {"3078|" + ort});
-        QCOMPARE(texte(), meldungen);
-        QCOMPARE(nr(), 100);
-    }
-
-    void loeschenNichtBestaetigt()
-    {
-        standardKonten();
-        oeffnen();
-        m_boxen->antworte(vbNo);
-        ui().cmdKontoLöschen->click();
-        QCOMPARE(anzahl("KreditorenKontenstamm"), 3);
+        QCOMPARE(texte(), (QStringList {BezeichnungLeer, "KreditorenKontenstammsatz löschen ?"}));
     }
 
     void loeschenMitBuchungEndetInLaufzeitfehler13()
@@ -916,7 +790,7 @@ private slots:
         QTest::mouseClick(ui().cmdKontoLöschen, Qt::LeftButton);
         QCOMPARE(m_boxen->anzahl(), 2);
         QCOMPARE(m_boxen->letzter().text, "Laufzeitfehler '13':\r\n\r\nTypen unverträglich");
-        QCOMPARE(anzahl("KreditorenKontenstamm"), 3);
+        QCOMPARE(anzahl(), 3);
         QCOMPARE(anzahl("KreditorenBuchungen"), 1);
         QCOMPARE(nr(), 200);
         QVERIFY(!kr::KrLöschungLäuft);
@@ -941,130 +815,152 @@ private slots:
         QCOMPARE(texte(), QStringList {"Löschung beendet.\r\nEs wurden 2 Buchungssätze gelöscht."});
         QCOMPARE(anzahl("KreditorenBuchungen"), 1);
         QCOMPARE(anzahl("KreditorenSalden"), 1);
-        QCOMPARE(anzahl("KreditorenKontenstamm"), 3);
+        QCOMPARE(anzahl(), 3);
         // No postings now: the count of the earlier run is shown again.
         m_form->KrBuchungenSelect();
         QVERIFY(!kr::KrBuchungenVorhanden);
         m_form->KrBuchungenLöschen();
-        QCOMPARE(m_boxen->anzahl(), 2);
-        QCOMPARE(texte().last(), texte().first());
+        QCOMPARE(texte(), QStringList(2, texte().first()));
         QCOMPARE(anzahl("KreditorenBuchungen"), 1);
+    }
+
+    // A look-up that fails is reported once with its place; nothing depending on it goes ahead.
+    void nachschlagenOhneTabelle_data()
+    {
+        QTest::addColumn<QString>("tabelle"); // made unreadable after loading
+        QTest::addColumn<QString>("aktion");
+        QTest::addColumn<QString>("ort");
+        QTest::addColumn<QStringList>("meldungen");
+        QTest::newRow("lesen") << "KreditorenKontenstamm"
+                               << "lesen"
+                               << "dllKontenStamm, in KrChkSelect" << QStringList();
+        QTest::newRow("neu") << "KreditorenKontenstamm"
+                             << "neu"
+                             << "dllKontenStamm, in KrChkSelect" << QStringList();
+        QTest::newRow("löschen")
+            << "KreditorenBuchungen"
+            << "löschen"
+            << "dllKontenStamm, in KrBuchungenSelect"
+            << QStringList {"KreditorenKontenstammsatz löschen ?",
+                            "KreditorenKonto mit der Konto-Nr: 100 wurde nicht gelöscht, da die "
+                            "Buchungen zu diesem Konto nicht gelesen werden konnten."};
+        QTest::newRow("typ") << "KreditorenBuchungen"
+                             << "typ"
+                             << "dllKontenStamm, in KrBuchungenSelect" << QStringList();
+    }
+    void nachschlagenOhneTabelle()
+    {
+        QFETCH(QString, tabelle);
+        QFETCH(QString, aktion);
+        QFETCH(QString, ort);
+        QFETCH(QStringList, meldungen);
+        standardKonten();
+        oeffnen();
+        // Leaving the number field reads it again, and with it the postings: not here.
+        fokusAuf(aktion == u"typ" ? ui().inpKrKontoTypus : ui().inpKrKontoBezeichnung);
+        m_db->execute("DROP TABLE " + tabelle);
+        if (aktion == u"lesen") {
+            // Not knowing whether 555 exists, nothing is read and no opening offered.
+            fokusAuf(ui().inpKrKontoNr);
+            ui().inpKrKontoNr->setText("555");
+            taste(Qt::Key_Return);
+            QCOMPARE(ui().inpKrKontoNr->text(), "100");
+        } else if (aktion == u"neu") {
+            bool gesehen = false;
+            bool offen = false;
+            imDialog<frmKrNeu>(gesehen, [&](frmKrNeu &d) {
+                d.ui().inpNeuEröffKontoNr->setText("555");
+                QTest::mouseClick(d.ui().cmdOK, Qt::LeftButton);
+                offen = d.isVisible();
+                QTest::mouseClick(d.ui().cmdAbbrechen, Qt::LeftButton);
+            });
+            ui().cmdKontoNeueröff->click();
+            QVERIFY(gesehen);
+            QVERIFY(offen);
+        } else if (aktion == u"löschen") {
+            m_boxen->antworte(vbYes);
+            QTest::mouseClick(ui().cmdKontoLöschen, Qt::LeftButton);
+            QCOMPARE(anzahl(), 3);
+        } else {
+            // Without the postings no correction is made against them.
+            ui().inpKrKontoTypus->setText("1");
+            fokusAuf(ui().inpKrKontoBezeichnung);
+            QCOMPARE(ui().inpKrKontoTypus->text(), "1");
+        }
+        QCOMPARE(FehlerDialogAttrappe::s_berichte, QStringList {"3078|" + ort});
+        FehlerDialogAttrappe::s_berichte.clear();
+        QCOMPARE(texte(), meldungen);
+        QCOMPARE(nr(), 100);
     }
 
     // --- list component ---
 
-    void listeLiefertNummer()
+    void liste_data()
     {
+        QTest::addColumn<bool>("vorhanden"); // the list component is installed
+        QTest::addColumn<QVariant>("auswahl");
+        QTest::addColumn<QString>("feld"); // where the focus was
+        QTest::addColumn<int>("danach");
+        QTest::newRow("gewählt") << true << QVariant(300) << "inpKrKontoNr" << 300;
+        QTest::newRow("nichts gewählt") << true << QVariant() << "inpKrKontoNr" << 100;
+        QTest::newRow("nicht vom Nummernfeld")
+            << true << QVariant(300) << "inpKrKontoBezeichnung" << 100;
+        QTest::newRow("Komponente fehlt") << false << QVariant() << "inpKrKontoNr" << 100;
+    }
+    void liste()
+    {
+        QFETCH(bool, vorhanden);
+        QFETCH(QVariant, auswahl);
+        QFETCH(QString, feld);
+        QFETCH(int, danach);
         standardKonten();
-        KomponentenRegistrierung liste("zelDiverseListen",
-                                       [] { return std::make_unique<ListenAttrappe>(); });
-        ListenAttrappe::s_nr = 300;
+        if (vorhanden)
+            listeEinrichten(auswahl);
         oeffnen();
-        fokusAuf(ui().inpKrKontoNr);
+        fokusAuf(m_form->findChild<QWidget *>(feld));
         QTest::mouseClick(ui().cmdKontoListe, Qt::LeftButton);
-        QCOMPARE(ListenAttrappe::s_aufrufe, 1);
-        QCOMPARE(ListenAttrappe::s_info.value(0).toString(), m_ort);
-        QCOMPARE(ListenAttrappe::s_info.value(10).toInt(), 2003);
-        QCOMPARE(nr(), 300);
-        QCOMPARE(ui().inpKrKontoNr->text(), "300");
-        QCOMPARE(QApplication::focusWidget(), ui().inpKrKontoNr);
+        QCOMPARE(nr(), danach);
+        QCOMPARE(ui().inpKrKontoNr->text(), QString::number(danach));
         QVERIFY(kr::KrRückgabeFeld.isEmpty());
         QCOMPARE(mks::AktuellesProgramm, "frmKreditorenKontenStamm");
         QVERIFY(!QGuiApplication::overrideCursor());
-    }
-
-    void listeOhneWahlOderNichtVomNummernfeld()
-    {
-        standardKonten();
-        KomponentenRegistrierung liste("zelDiverseListen",
-                                       [] { return std::make_unique<ListenAttrappe>(); });
-        oeffnen();
-        fokusAuf(ui().inpKrKontoNr);
-        QTest::mouseClick(ui().cmdKontoListe, Qt::LeftButton); // nothing chosen
-        QCOMPARE(nr(), 100);
-        ListenAttrappe::s_nr = 300;
-        fokusAuf(ui().inpKrKontoBezeichnung);
-        QTest::mouseClick(ui().cmdKontoListe, Qt::LeftButton); // not asked by the number field
-        QCOMPARE(ListenAttrappe::s_aufrufe, 2);
-        QCOMPARE(nr(), 100);
         QCOMPARE(m_boxen->anzahl(), 0);
-    }
-
-    void listeFehltMeldet429()
-    {
-        standardKonten();
-        oeffnen();
-        fokusAuf(ui().inpKrKontoNr);
-        QTest::mouseClick(ui().cmdKontoListe, Qt::LeftButton);
-        QCOMPARE(FehlerDialogAttrappe::s_berichte,
-                 QStringList {"429|dllKontenStamm, in cmdKontoListe_Click"});
-        QVERIFY(!QGuiApplication::overrideCursor());
-        QVERIFY(kr::KrRückgabeFeld.isEmpty());
         QVERIFY(m_form->isVisible());
+        if (!vorhanden) {
+            QCOMPARE(FehlerDialogAttrappe::s_berichte,
+                     QStringList {"429|dllKontenStamm, in cmdKontoListe_Click"});
+            FehlerDialogAttrappe::s_berichte.clear();
+            return;
+        }
+        QCOMPARE(ListenAttrappe::s_aufrufe, 1);
+        QCOMPARE(ListenAttrappe::s_info.value(0).toString(), m_ort);
+        QCOMPARE(ListenAttrappe::s_info.value(10).toInt(), 2003);
+        if (danach == 300)
+            QCOMPARE(QApplication::focusWidget(), ui().inpKrKontoNr);
     }
 
     // --- leaving ---
 
-    void escapeUndBeendenSchliessen()
-    {
-        standardKonten();
-        oeffnen();
-        fokusAuf(ui().inpKrKontoNr);
-        taste(Qt::Key_Escape);
-        QVERIFY(!m_form->isVisible());
-        oeffnen();
-        QTest::mouseClick(ui().cmdExit, Qt::LeftButton);
-        QVERIFY(!m_form->isVisible());
-    }
-
-    // Every way out of a field whose check fails is stopped before its action: no move, no
-    // closing, no dialog, no list.
-    void verlassenIstGeprueft_data()
+    void schliessenOhneFehler_data()
     {
         QTest::addColumn<QString>("weg");
-        for (const char *w :
-             {"cmdExit", "cmdKontoEinlesen", "cmdKontoNeueröff", "cmdKontoListe", "cmdVerlauf",
-              "Strg+H", "Strg+N", "Strg+Q", "Strg+F", "Bild ab", "Escape", "Schließen"})
-            QTest::newRow(w) << QString::fromUtf8(w);
+        QTest::newRow("Escape") << "Escape";
+        QTest::newRow("Beenden") << "Beenden";
     }
-    void verlassenIstGeprueft()
+    void schliessenOhneFehler()
     {
         QFETCH(QString, weg);
         standardKonten();
         oeffnen();
         fokusAuf(ui().inpKrKontoBezeichnung);
-        ui().inpKrKontoBezeichnung->clear();
-        int dialoge = 0;
-        QTimer wache;
-        connect(&wache, &QTimer::timeout, [&dialoge] {
-            if (auto *d = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
-                ++dialoge;
-                d->reject();
-            }
-        });
-        wache.start(10);
-        if (weg == u"Bild ab")
-            taste(Qt::Key_PageDown);
-        else if (weg == u"Escape")
+        QTest::keyClicks(ui().inpKrKontoBezeichnung, " neu");
+        if (weg == u"Escape")
             taste(Qt::Key_Escape);
-        else if (weg == u"Schließen")
-            m_form->close();
-        else if (weg.startsWith(u"Strg+"))
-            QTest::keySequence(
-                QApplication::focusWidget(),
-                QKeySequence(QString(weg).replace(QStringLiteral("Strg"), QStringLiteral("Ctrl"))));
         else
-            QTest::mouseClick(m_form->findChild<QPushButton *>(weg), Qt::LeftButton);
-        QTest::qWait(50);
-        QVERIFY(!texte().isEmpty());
-        QCOMPARE(texte().first(), "KontoBezeichnung darf nicht leer gelassen werden");
-        QCOMPARE(dialoge, 0);
-        QVERIFY(FehlerDialogAttrappe::s_berichte.isEmpty()); // the list would report 429
-        QVERIFY(m_form->isVisible());
-        QCOMPARE(nr(), 100);
-        QCOMPARE(gespeichert(100, "KrKontoBezeichnung").toString(), "Alpha");
-        QTRY_COMPARE(QApplication::focusWidget(), ui().inpKrKontoBezeichnung);
-        ui().inpKrKontoBezeichnung->setText("Alpha");
+            QTest::mouseClick(ui().cmdExit, Qt::LeftButton);
+        QVERIFY(!m_form->isVisible());
+        // Closing saves the edit of the row shown.
+        QCOMPARE(gespeichert(100, "KrKontoBezeichnung").toString(), "Alpha neu");
     }
 
     // --- change log ---
